@@ -1,0 +1,73 @@
+#include "Vexo_Lib/load3d.h"
+
+#include <algorithm>
+#include <cstring>
+#include <string_view>
+
+#include "Vexo_Lib/error_report.h"
+#include "Vexo_Lib/obj.h"
+
+namespace talvek {
+
+namespace {
+
+using MeshReader = std::unique_ptr<Object3D> (*)(const char* path);
+
+struct MeshFormat {
+    std::string_view lowerCase;
+    std::string_view upperCase;
+    MeshReader read;
+};
+
+constexpr MeshFormat kFormats[] = {
+    {".obj", ".OBJ", [](const char* path) { return ReadObjFile(path, true); }},
+};
+
+MeshReader readerFor(std::string_view path) {
+    const std::size_t dot = path.rfind('.');
+    if (dot == std::string_view::npos) {
+        return nullptr;
+    }
+    const std::string_view extension = path.substr(dot);
+    for (const MeshFormat& format : kFormats) {
+        if (extension == format.lowerCase || extension == format.upperCase) {
+            return format.read;
+        }
+    }
+    return nullptr;
+}
+
+bool hasOnlyExistingVertices(const Object3D& mesh) {
+    const auto count = static_cast<std::uint32_t>(mesh.numVertices);
+    return std::ranges::all_of(mesh.faceSpan(),
+                               [count](std::int32_t vertex) { return static_cast<std::uint32_t>(vertex) < count; });
+}
+
+/// Fills the field as strncpy does: cut without a terminator, or padded with NUL.
+void setName(Object3D& mesh, std::string_view path) {
+    const std::size_t kept = std::min(path.size(), Object3D::kTextSize);
+    std::memset(mesh.name, 0, Object3D::kTextSize);
+    std::memcpy(mesh.name, path.data(), kept);
+}
+
+}  // namespace
+
+std::unique_ptr<Object3D> LoadMeshFile(const char* path) try {
+    const MeshReader read = readerFor(path);
+    std::unique_ptr<Object3D> mesh = read != nullptr ? read(path) : nullptr;
+    if (mesh == nullptr) {
+        return nullptr;
+    }
+    if (!hasOnlyExistingVertices(*mesh)) {
+        reportError(TALVEK_HERE, "face index out of range in ", path);
+        return nullptr;
+    }
+    mesh->updateNormals(true);
+    setName(*mesh, path);
+    mesh->largestCoordinate = largestAbsoluteCoordinate(*mesh);
+    return mesh;
+} catch (const std::bad_alloc&) {
+    return nullptr;
+}
+
+}  // namespace talvek

@@ -1,0 +1,92 @@
+#include "Vexo_Lib/obj.h"
+#include "base/number_text.h"
+#include "base/output_file.h"
+
+namespace talvek {
+
+namespace {
+
+char* putText(char* out, std::string_view text) {
+    std::memcpy(out, text.data(), text.size());
+    return out + text.size();
+}
+
+void writeComment(OutputFile& file, std::int32_t count, std::string_view what) {
+    char* out = file.reserve(kNumberTextSize);
+    out = putText(out, "# ");
+    out = formatInteger(out, count);
+    out = putText(out, what);
+    file.commit(putText(out, system::kLineEnd));
+}
+
+void writeLine(OutputFile& file, std::string_view text) {
+    file.write(text);
+    file.write(system::kLineEnd);
+}
+
+char* formatFixed5(char* out, float value) {
+    return formatFixed(out, static_cast<double>(value), 5);
+}
+
+/// Writes a keyword and three numbers.
+template <char* (*formatNumber)(char*, float)>
+void writeTriple(OutputFile& file, std::string_view keyword, const float* triple) {
+    char* out = file.reserve(4 * kNumberTextSize);
+    out = putText(out, keyword);
+    for (int component = 0; component < 3; ++component) {
+        *out++ = ' ';
+        out = formatNumber(out, triple[component]);
+    }
+    file.commit(putText(out, system::kLineEnd));
+}
+
+void writeFaces(OutputFile& file, const Object3D& mesh) {
+    const std::span<const std::int32_t> corners = mesh.faceSpan();
+    for (std::size_t i = 0; i < corners.size(); i += 3) {
+        char* out = file.reserve(kNumberTextSize);
+        *out++ = 'f';
+        for (std::size_t corner = i; corner < i + 3; ++corner) {
+            *out++ = ' ';
+            out = formatInteger(out, std::int64_t{corners[corner]} + 1);
+        }
+        file.commit(putText(out, system::kLineEnd));
+    }
+}
+
+}  // namespace
+
+bool WriteObjFile(const Object3D& mesh, const char* path) {
+    OutputFile file(path);
+    const std::span<const float> positions = mesh.vertexSpan();
+    for (std::size_t i = 0; i < positions.size(); i += 3) {
+        writeTriple<formatFixed5>(file, "v", &positions[i]);
+    }
+    writeComment(file, mesh.numVertices, " vertices");
+    writeFaces(file, mesh);
+    writeComment(file, mesh.numFaces, " triangles");
+    return file.finish();
+}
+
+bool WriteObjFileWithNormals(const Object3D& mesh, const char* path) {
+    OutputFile file(path);
+    const bool hasNormals = mesh.vertexNormals != nullptr;
+    writeLine(file, "#");
+    writeLine(file, "# Obj file created by QN Lib");
+    writeLine(file, "#");
+    writeComment(file, mesh.numVertices, " vertices");
+    if (hasNormals) {
+        writeComment(file, mesh.numVertices, " normals");
+    }
+    const std::span<const float> positions = mesh.vertexSpan();
+    for (std::size_t i = 0; i < positions.size(); i += 3) {
+        writeTriple<formatFixed6>(file, "v", &positions[i]);
+        if (hasNormals) {
+            writeTriple<formatFixed6>(file, "vn", &mesh.vertexNormals[i]);
+        }
+    }
+    writeComment(file, mesh.numFaces, " triangles");
+    writeFaces(file, mesh);
+    return file.finish();
+}
+
+}  // namespace talvek

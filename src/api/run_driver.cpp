@@ -1,0 +1,161 @@
+#include "api/run_driver.h"
+
+#include <exception>
+#include <memory>
+
+#include "Vexo_Lib/load3d.h"
+#include "api/engine_name.h"
+#include "api/report.h"
+#include "api/session.h"
+#include "mesh/object3d.h"
+#include "talvek.h"
+#include "weathering/run_mesh_data.h"
+
+namespace talvek {
+
+namespace {
+
+struct OperatingMode {
+    std::string_view line;
+    void (*run)(const Object3D& mesh);
+};
+
+constexpr OperatingMode kModes[] = {
+    {"Operating mode: Mesh Offsetting.\n", nullptr},
+    {"Operating mode: Mesh Data only.\n", runMeshData},
+    {"Operating mode: Mesh & QEMSCAN Mineral Data.\n", nullptr},
+    {"Operating mode: Mesh & Grain-Weaver Mineral Data.\n", nullptr},
+};
+
+// Empty where a model is not defined. The missing full stop has always been missing.
+constexpr std::string_view kOffsettingModels[] = {
+    "Weathering model: Constant offsetting\n",
+    "Weathering model: Random offsetting.\n",
+    "Weathering model: Smoothing/Roughening.\n",
+    "",
+};
+constexpr std::string_view kWeatheringModels[] = {
+    "",
+    "Weathering model: Dry deposition of crust due to SO2.\n",
+    "Weathering model: Dry deposition of crust due to SO2+NO2.\n",
+    "Weathering model: Recession by acid rain due to SO2+NO2+CO2.\n",
+};
+
+const OperatingMode* operatingMode(std::int32_t mode) {
+    return mode >= 0 && mode <= TALVEK_MODE_GRAIN_WEAVER ? &kModes[mode] : nullptr;
+}
+
+std::string_view modelLine(std::int32_t mode, std::int32_t model) {
+    if (model < 0 || model > TALVEK_MODEL_ACID_RAIN) {
+        return {};
+    }
+    return mode == TALVEK_MODE_OFFSETTING ? kOffsettingModels[model] : kWeatheringModels[model];
+}
+
+bool hasEpochRecords() {
+    return session().epochTable && session().numEpochs <= session().epochTable.size;
+}
+
+std::int32_t abortRun(std::int32_t result, std::string_view message) {
+    report("%s\nProcessing ABORTED!\n", {message});
+    return result;
+}
+
+void announceSession() {
+    const std::string_view fileName = session().fileName;
+    report("\nInitializing Talvek Session for %s ...\n", {fileName});
+    report("\t%s  %s\n", {kEngineName, std::string_view(engineVersion())});
+    report("\nComputing Weathering on %s ...\n", {fileName});
+}
+
+void reportMesh(const Object3D& mesh) {
+    report("\tMesh loaded!\n");
+    report("\tFaces=%d\tVertices=%d\tTexels=%d\n", {mesh.numFaces, mesh.numVertices, mesh.numTexels});
+    double centre[3];
+    centreOfMass(mesh, centre);
+    report("\tObj_CM=[%.2f,%.2f,%.2f]\n", {centre[0], centre[1], centre[2]});
+    report("\tObj_mean_edge_length=%.2f (mm)\n", {static_cast<double>(mesh.meanEdgeLength)});
+    const BoundingBox box = boundingBox(mesh);
+    report("\tXmin=%.2f Xmax=%.2f Ymin=%.2f Ymax=%.2f Zmin=%.2f Zmax=%.2f\n",
+           {static_cast<double>(box.xmin), static_cast<double>(box.xmax), static_cast<double>(box.ymin),
+            static_cast<double>(box.ymax), static_cast<double>(box.zmin), static_cast<double>(box.zmax)});
+}
+
+void reportMaterial(const MaterialRecord& m) {
+    report("\nMaterial parameters:\n");
+    report("De: %.2f\tDen: %.2f\tHd: %.2f\tKs: %.2f\nKsn: %.2f\tKr: %.2f\tMb: %.2f\tDb: %.2f\n",
+           {m.de(), m.den(), m.hd(), m.ks(), m.ksn(), m.kr(), m.mb(), m.db()});
+}
+
+std::int32_t runMode(const OperatingMode& mode) {
+    const std::string_view fileName = session().fileName;
+    report("\nLoading File %s ...\n", {fileName});
+    const std::unique_ptr<Object3D> mesh = LoadMeshFile(session().fileName);
+    if (mesh == nullptr) {
+        return abortRun(TALVEK_ERROR_MESH, "\tMesh NOT loaded!");
+    }
+    reportMesh(*mesh);
+    if (session().mode != TALVEK_MODE_OFFSETTING) {
+        reportMaterial(*session().materialParams);
+    }
+    session().status.store(TALVEK_STATUS_COMPUTING, std::memory_order_relaxed);
+    mode.run(*mesh);
+    return TALVEK_OK;
+}
+
+std::int32_t checkAndRun() {
+    announceSession();
+    const OperatingMode* mode = operatingMode(session().mode);
+    if (mode == nullptr || mode->run == nullptr) {
+        return abortRun(TALVEK_ERROR_UNDEFINED_MODE, "Operating mode: Undefined!");
+    }
+    report(mode->line);
+    const std::string_view model = modelLine(session().mode, session().model);
+    if (model.empty()) {
+        return abortRun(TALVEK_ERROR_UNDEFINED_MODEL, "Weathering model: Undefined!");
+    }
+    report(model);
+    if (session().materialParams == nullptr) {
+        return abortRun(TALVEK_ERROR_NULL, "Material params undefined!");
+    }
+    if (!hasEpochRecords()) {
+        return abortRun(TALVEK_ERROR_NULL, "Envirinmetal params undefined!");
+    }
+    return runMode(*mode);
+}
+
+/// A run that turns out to be impossible half-way ends like one that was refused.
+std::int32_t runGuarded() noexcept {
+    const std::int32_t statusBefore = session().status.load(std::memory_order_relaxed);
+    std::string_view reason;
+    try {
+        return checkAndRun();
+    } catch (const char* message) {
+        reason = message;
+    } catch (const std::bad_alloc&) {
+        reason = "Out of memory!";
+    }
+    session().status.store(statusBefore, std::memory_order_relaxed);
+    if (reason.ends_with('\n')) {
+        reason.remove_suffix(1);
+    }
+    return abortRun(TALVEK_ERROR_MESH, reason);
+}
+
+}  // namespace
+
+std::int32_t runSession() noexcept {
+    TalvekSession& current = session();
+    current.stopRequested.store(false, std::memory_order_relaxed);
+    current.logFile = system::File::openForWriting(current.logFileName);
+    const std::int32_t result = runGuarded();
+    if (result == TALVEK_OK) {
+        current.status.store(TALVEK_STATUS_FINISHED, std::memory_order_relaxed);
+        report("\nFile %s processed.\n", {std::string_view(current.fileName)});
+        report("\nClosing Talvek Session for %s ...\n", {std::string_view(current.fileName)});
+    }
+    current.logFile.close();
+    return result;
+}
+
+}  // namespace talvek

@@ -1,0 +1,10 @@
+#include "api/session.h"
+
+namespace talvek {
+
+TalvekSession& session() {
+    static TalvekSession instance;
+    return instance;
+}
+
+}  // namespace talvek

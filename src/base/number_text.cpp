@@ -1,0 +1,191 @@
+#include "base/number_text.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <cstring>
+#include <limits>
+
+namespace talvek {
+
+namespace {
+
+constexpr std::array<char, 200> kTwoDigits = [] {
+    std::array<char, 200> digits{};
+    for (std::size_t i = 0; i < 100; ++i) {
+        digits[2 * i] = static_cast<char>('0' + i / 10);
+        digits[2 * i + 1] = static_cast<char>('0' + i % 10);
+    }
+    return digits;
+}();
+
+char* putTwoDigits(char* out, std::uint32_t value) {
+    std::memcpy(out, &kTwoDigits[2 * value], 2);
+    return out + 2;
+}
+
+char* putText(char* out, std::string_view text) {
+    std::memcpy(out, text.data(), text.size());
+    return out + text.size();
+}
+
+char* putNotFinite(char* out, double value) {
+    if (std::signbit(value)) {
+        *out++ = '-';
+    }
+    return putText(out, std::isnan(value) ? "nan" : "inf");
+}
+
+bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+bool isHexDigit(char c) {
+    return isDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
+}
+
+/// Tells whether a decimal number that no floating-point type can hold is too small (and not too large): its first
+/// digit other than 0 then stands, with the exponent taken in, behind the point.
+bool isBelowOne(std::string_view number) {
+    std::int64_t exponent = 0;
+    const std::size_t mark = number.find_first_of("eE");
+    if (mark != std::string_view::npos) {
+        exponent = toInt(number.substr(mark + 1));
+    }
+    const std::string_view digits = number.substr(0, mark);
+    const std::size_t first = std::min(digits.find_first_of("123456789"), digits.size());
+    const std::size_t point = std::min(digits.find('.'), digits.size());
+    const std::int64_t place = first < point ? static_cast<std::int64_t>(point - first)
+                                             : static_cast<std::int64_t>(point) - static_cast<std::int64_t>(first) + 1;
+    return place + exponent <= 0;
+}
+
+bool isBelowOneHex(std::string_view number) {
+    const std::size_t mark = number.find_first_of("pP");
+    return mark != std::string_view::npos && number.substr(mark + 1, 1) == "-";
+}
+
+bool startsHexadecimal(std::string_view text) {
+    if (text.size() < 3 || text[0] != '0' || (text[1] != 'x' && text[1] != 'X')) {
+        return false;
+    }
+    return isHexDigit(text[2]) || (text[2] == '.' && text.size() > 3 && isHexDigit(text[3]));
+}
+
+template <typename T>
+std::size_t parseNumber(std::string_view text, T& value) {
+    const bool hasSign = !text.empty() && (text[0] == '+' || text[0] == '-');
+    const std::string_view unsignedText = text.substr(hasSign ? 1 : 0);
+    if (unsignedText.empty() || unsignedText[0] == '-') {
+        return 0;
+    }
+    const bool isHex = startsHexadecimal(unsignedText);
+    const std::string_view digits = unsignedText.substr(isHex ? 2 : 0);
+    T magnitude = 0;
+    const std::from_chars_result result = std::from_chars(digits.data(), digits.data() + digits.size(), magnitude,
+                                                          isHex ? std::chars_format::hex : std::chars_format::general);
+    if (result.ec == std::errc::invalid_argument) {
+        return 0;
+    }
+    if (result.ec == std::errc::result_out_of_range) {
+        const std::string_view number = digits.substr(0, static_cast<std::size_t>(result.ptr - digits.data()));
+        const bool isTiny = isHex ? isBelowOneHex(number) : isBelowOne(number);
+        magnitude = isTiny ? T{0} : std::numeric_limits<T>::infinity();
+    }
+    value = hasSign && text[0] == '-' ? -magnitude : magnitude;
+    return static_cast<std::size_t>(result.ptr - text.data());
+}
+
+std::string_view withoutLeadingBlanks(std::string_view text) {
+    while (!text.empty() && isBlank(text.front())) {
+        text.remove_prefix(1);
+    }
+    return text;
+}
+
+}  // namespace
+
+char* formatFixed(char* out, double value, int decimals) {
+    if (!std::isfinite(value)) {
+        return putNotFinite(out, value);
+    }
+    return std::to_chars(out, out + kNumberTextSize, value, std::chars_format::fixed, decimals).ptr;
+}
+
+char* formatFixed6(char* out, float value) {
+    // A float has 24 significant bits and 10^6 has 14 beside its powers of two, so the product is exact; adding and
+    // taking away 1.5 * 2^52 rounds it to the nearest integer, ties to even, which is how printf rounds.
+    constexpr double kLargest = 2147483648.0;
+    constexpr double kRounder = 6755399441055744.0;
+    const double magnitude = std::fabs(static_cast<double>(value));
+    if (!(magnitude < kLargest)) {
+        return formatFixed(out, value, 6);
+    }
+    const auto scaled = static_cast<std::uint64_t>((magnitude * 1e6 + kRounder) - kRounder);
+    if (std::signbit(value)) {
+        *out++ = '-';
+    }
+    const auto whole = static_cast<std::uint32_t>(scaled / 1000000);
+    const auto fraction = static_cast<std::uint32_t>(scaled % 1000000);
+    out = formatInteger(out, whole);
+    *out++ = '.';
+    out = putTwoDigits(out, fraction / 10000);
+    out = putTwoDigits(out, fraction / 100 % 100);
+    return putTwoDigits(out, fraction % 100);
+}
+
+char* formatGeneral(char* out, double value) {
+    if (!std::isfinite(value)) {
+        return putNotFinite(out, value);
+    }
+    constexpr int kSignificantDigits = 6;
+    return std::to_chars(out, out + kNumberTextSize, value, std::chars_format::general, kSignificantDigits).ptr;
+}
+
+char* formatInteger(char* out, std::int64_t value) {
+    return std::to_chars(out, out + kNumberTextSize, value).ptr;
+}
+
+std::size_t parseFloat(std::string_view text, float& value) {
+    return parseNumber(text, value);
+}
+
+std::size_t parseDouble(std::string_view text, double& value) {
+    return parseNumber(text, value);
+}
+
+double toDouble(std::string_view text) {
+    double value = 0;
+    parseDouble(withoutLeadingBlanks(text), value);
+    return value;
+}
+
+std::int32_t toInt(std::string_view text) {
+    text = withoutLeadingBlanks(text);
+    const bool isNegative = !text.empty() && text[0] == '-';
+    if (isNegative || (!text.empty() && text[0] == '+')) {
+        text.remove_prefix(1);
+    }
+    constexpr std::int64_t kLargest = std::numeric_limits<std::int32_t>::max();
+    const std::int64_t limit = isNegative ? kLargest + 1 : kLargest;
+    std::int64_t magnitude = 0;
+    for (const char c : text) {
+        if (!isDigit(c)) {
+            break;
+        }
+        magnitude = std::min(magnitude * 10 + (c - '0'), limit);
+    }
+    return static_cast<std::int32_t>(isNegative ? -magnitude : magnitude);
+}
+
+std::int32_t saturateToInt(double value) {
+    if (std::isnan(value)) {
+        return 0;
+    }
+    constexpr double kSmallest = std::numeric_limits<std::int32_t>::min();
+    constexpr double kLargest = std::numeric_limits<std::int32_t>::max();
+    return static_cast<std::int32_t>(std::clamp(value, kSmallest, kLargest));
+}
+
+}  // namespace talvek

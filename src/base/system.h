@@ -1,0 +1,92 @@
+// All that the library asks of the operating system: files, memory, the console, the clock. Each function is the plain
+// system call with its failure reported; how bytes are buffered, checked and put in place is decided above.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace talvek::system {
+
+/// A block of at least `bytes` bytes from the C heap, or null.
+void* allocate(std::size_t bytes) noexcept;
+void* allocateZeroed(std::size_t bytes) noexcept;
+void release(void* block) noexcept;
+
+/// An open file; closed when it goes out of scope.
+class File {
+  public:
+    /// An operating system's handle: a descriptor or a HANDLE, -1 when there is none.
+    using Handle = std::intptr_t;
+
+    File() = default;
+    File(File&& other) noexcept : handle_(std::exchange(other.handle_, kNone)) {}
+    File& operator=(File&& other) noexcept {
+        if (this != &other) {
+            close();
+            handle_ = std::exchange(other.handle_, kNone);
+        }
+        return *this;
+    }
+    ~File() { close(); }
+
+    static File openForReading(const char* path);
+    /// Empties the file, or creates it.
+    static File openForWriting(const char* path);
+    static File openForAppending(const char* path);
+    /// Creates the file; fails when the name is taken.
+    static File createNew(const char* path);
+
+    bool isOpen() const { return handle_ != kNone; }
+    /// Reads up to `size` bytes; the number read, 0 at the end of the file, -1 on failure.
+    std::int64_t read(void* to, std::size_t size);
+    /// Writes all bytes, or returns false.
+    bool write(const void* from, std::size_t size);
+    /// Moves the reading position forward.
+    bool skip(std::int64_t bytes);
+    /// Size in bytes of a regular file, -1 of anything else.
+    std::int64_t size() const;
+    /// Waits until what was written is on the disk.
+    bool flushToDisk();
+    /// False when the file, or an earlier write to it, turns out to have failed.
+    bool close();
+
+  private:
+    static constexpr Handle kNone = -1;
+    explicit File(Handle handle) : handle_(handle) {}
+    Handle handle_ = kNone;
+};
+
+enum class FileKind : std::uint8_t { kAbsent, kRegular, kOther };
+
+/// What stands under a name; symbolic links are followed.
+FileKind kindOf(const char* path);
+/// The file that a symbolic link names in the end; the path itself when it is none.
+std::string linkTarget(const char* path);
+bool isWritable(const char* path);
+/// Gives `to` the permissions of `from`, as far as the system allows.
+void copyPermissions(const char* from, const char* to);
+/// Gives a file another name, replacing what stands there, in one step.
+bool replaceFile(const char* from, const char* to);
+void removeFile(const char* path);
+/// A number that no other running process has.
+std::uint64_t processId();
+
+void writeToStandardOutput(std::string_view text);
+void writeToStandardError(std::string_view text);
+
+/// The local time of day, "HH:MM:SS".
+std::string timeOfDay();
+/// The working directory, empty when it cannot be told or is longer than 1023 characters.
+std::string currentDirectory();
+
+/// What ends a line of a text file on this platform.
+#ifdef _WIN32
+inline constexpr std::string_view kLineEnd = "\r\n";
+#else
+inline constexpr std::string_view kLineEnd = "\n";
+#endif
+
+}  // namespace talvek::system

@@ -1,0 +1,185 @@
+#ifndef _WIN32
+#include <fcntl.h>
+#include <limits.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+
+#include "base/system.h"
+
+namespace talvek::system {
+
+namespace {
+
+// The largest transfer that Linux makes in one call is a page less than 2 GiB.
+constexpr std::size_t kLargestTransfer = std::size_t{1} << 30;
+
+constexpr mode_t kNewFileMode = 0666;
+
+File::Handle openHandle(const char* path, int flags) {
+    int descriptor = -1;
+    do {
+        descriptor = ::open(path, flags | O_CLOEXEC, kNewFileMode);
+    } while (descriptor < 0 && errno == EINTR);
+    return descriptor;
+}
+
+int descriptorOf(File::Handle handle) {
+    return static_cast<int>(handle);
+}
+
+}  // namespace
+
+void* allocate(std::size_t bytes) noexcept {
+    return std::malloc(bytes > 0 ? bytes : 1);
+}
+void* allocateZeroed(std::size_t bytes) noexcept {
+    return std::calloc(bytes > 0 ? bytes : 1, 1);
+}
+void release(void* block) noexcept {
+    std::free(block);
+}
+
+File File::openForReading(const char* path) {
+    File file(openHandle(path, O_RDONLY));
+    struct stat status {};
+    // A folder opens like a file here, but there is nothing to read in it.
+    if (file.isOpen() && ::fstat(descriptorOf(file.handle_), &status) == 0 && S_ISDIR(status.st_mode)) {
+        file.close();
+    }
+    return file;
+}
+File File::openForWriting(const char* path) {
+    return File(openHandle(path, O_WRONLY | O_CREAT | O_TRUNC));
+}
+File File::openForAppending(const char* path) {
+    return File(openHandle(path, O_WRONLY | O_CREAT | O_APPEND));
+}
+File File::createNew(const char* path) {
+    return File(openHandle(path, O_WRONLY | O_CREAT | O_EXCL));
+}
+
+std::int64_t File::read(void* to, std::size_t size) {
+    ssize_t got = -1;
+    do {
+        got = ::read(descriptorOf(handle_), to, size < kLargestTransfer ? size : kLargestTransfer);
+    } while (got < 0 && errno == EINTR);
+    return got;
+}
+
+bool File::write(const void* from, std::size_t size) {
+    const char* rest = static_cast<const char*>(from);
+    while (size > 0) {
+        const ssize_t written = ::write(descriptorOf(handle_), rest, size < kLargestTransfer ? size : kLargestTransfer);
+        if (written < 0 && errno == EINTR) {
+            continue;
+        }
+        if (written <= 0) {
+            return false;
+        }
+        rest += written;
+        size -= static_cast<std::size_t>(written);
+    }
+    return true;
+}
+
+bool File::skip(std::int64_t bytes) {
+    return ::lseek(descriptorOf(handle_), bytes, SEEK_CUR) >= 0;
+}
+
+std::int64_t File::size() const {
+    struct stat status {};
+    if (::fstat(descriptorOf(handle_), &status) != 0 || !S_ISREG(status.st_mode)) {
+        return -1;
+    }
+    return status.st_size;
+}
+
+bool File::flushToDisk() {
+    return ::fsync(descriptorOf(handle_)) == 0;
+}
+
+bool File::close() {
+    if (!isOpen()) {
+        return true;
+    }
+    // After a failed close the descriptor is gone all the same; closing it again could hit another file.
+    return ::close(descriptorOf(std::exchange(handle_, kNone))) == 0;
+}
+
+FileKind kindOf(const char* path) {
+    struct stat status {};
+    if (::stat(path, &status) != 0) {
+        return FileKind::kAbsent;
+    }
+    return S_ISREG(status.st_mode) ? FileKind::kRegular : FileKind::kOther;
+}
+
+std::string linkTarget(const char* path) {
+    struct stat status {};
+    if (::lstat(path, &status) != 0 || !S_ISLNK(status.st_mode)) {
+        return path;
+    }
+    char* resolved = ::realpath(path, nullptr);
+    if (resolved == nullptr) {
+        return path;
+    }
+    std::string target = resolved;
+    std::free(resolved);
+    return target;
+}
+
+bool isWritable(const char* path) {
+    return ::access(path, W_OK) == 0;
+}
+
+void copyPermissions(const char* from, const char* to) {
+    struct stat status {};
+    if (::stat(from, &status) == 0 && ::chmod(to, status.st_mode & 07777) != 0) {
+        // The new file then has the permissions of any new file, which is no reason to lose its content.
+        return;
+    }
+}
+
+bool replaceFile(const char* from, const char* to) {
+    return ::rename(from, to) == 0;
+}
+
+void removeFile(const char* path) {
+    ::unlink(path);
+}
+
+std::uint64_t processId() {
+    return static_cast<std::uint64_t>(::getpid());
+}
+
+void writeToStandardOutput(std::string_view text) {
+    std::fwrite(text.data(), 1, text.size(), stdout);
+    std::fflush(stdout);
+}
+
+void writeToStandardError(std::string_view text) {
+    std::fwrite(text.data(), 1, text.size(), stderr);
+    std::fflush(stderr);
+}
+
+std::string timeOfDay() {
+    const std::time_t now = std::time(nullptr);
+    std::tm local{};
+    ::localtime_r(&now, &local);
+    char text[sizeof "HH:MM:SS"];
+    std::strftime(text, sizeof text, "%H:%M:%S", &local);
+    return text;
+}
+
+std::string currentDirectory() {
+    char directory[1024];
+    return ::getcwd(directory, sizeof directory) != nullptr ? directory : "";
+}
+
+}  // namespace talvek::system
+#endif

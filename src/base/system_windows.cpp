@@ -1,0 +1,184 @@
+#ifdef _WIN32
+#define WIN32_LEAN_AND_MEAN
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
+#include <windows.h>
+
+#include <cstdio>
+#include <cstdlib>
+
+#include "base/system.h"
+
+namespace talvek::system {
+
+namespace {
+
+constexpr std::size_t kLargestTransfer = std::size_t{1} << 30;
+
+HANDLE handleOf(File::Handle handle) {
+    return reinterpret_cast<HANDLE>(handle);
+}
+
+File::Handle openHandle(const char* path, DWORD access, DWORD creation) {
+    const HANDLE handle = ::CreateFileA(path, access, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                        creation, FILE_ATTRIBUTE_NORMAL, nullptr);
+    return reinterpret_cast<File::Handle>(handle);
+}
+
+}  // namespace
+
+void* allocate(std::size_t bytes) noexcept {
+    return std::malloc(bytes > 0 ? bytes : 1);
+}
+void* allocateZeroed(std::size_t bytes) noexcept {
+    return std::calloc(bytes > 0 ? bytes : 1, 1);
+}
+void release(void* block) noexcept {
+    std::free(block);
+}
+
+File File::openForReading(const char* path) {
+    return File(openHandle(path, GENERIC_READ, OPEN_EXISTING));
+}
+File File::openForWriting(const char* path) {
+    return File(openHandle(path, GENERIC_WRITE, CREATE_ALWAYS));
+}
+File File::openForAppending(const char* path) {
+    return File(openHandle(path, FILE_APPEND_DATA, OPEN_ALWAYS));
+}
+File File::createNew(const char* path) {
+    return File(openHandle(path, GENERIC_WRITE, CREATE_NEW));
+}
+
+std::int64_t File::read(void* to, std::size_t size) {
+    DWORD got = 0;
+    const DWORD wanted = static_cast<DWORD>(size < kLargestTransfer ? size : kLargestTransfer);
+    if (::ReadFile(handleOf(handle_), to, wanted, &got, nullptr) == 0) {
+        return ::GetLastError() == ERROR_BROKEN_PIPE ? 0 : -1;
+    }
+    return got;
+}
+
+bool File::write(const void* from, std::size_t size) {
+    const char* rest = static_cast<const char*>(from);
+    while (size > 0) {
+        DWORD written = 0;
+        const DWORD wanted = static_cast<DWORD>(size < kLargestTransfer ? size : kLargestTransfer);
+        if (::WriteFile(handleOf(handle_), rest, wanted, &written, nullptr) == 0 || written == 0) {
+            return false;
+        }
+        rest += written;
+        size -= written;
+    }
+    return true;
+}
+
+bool File::skip(std::int64_t bytes) {
+    LARGE_INTEGER distance;
+    distance.QuadPart = bytes;
+    return ::SetFilePointerEx(handleOf(handle_), distance, nullptr, FILE_CURRENT) != 0;
+}
+
+std::int64_t File::size() const {
+    LARGE_INTEGER size;
+    if (::GetFileType(handleOf(handle_)) != FILE_TYPE_DISK || ::GetFileSizeEx(handleOf(handle_), &size) == 0) {
+        return -1;
+    }
+    return size.QuadPart;
+}
+
+bool File::flushToDisk() {
+    return ::FlushFileBuffers(handleOf(handle_)) != 0;
+}
+
+bool File::close() {
+    if (!isOpen()) {
+        return true;
+    }
+    return ::CloseHandle(handleOf(std::exchange(handle_, kNone))) != 0;
+}
+
+FileKind kindOf(const char* path) {
+    const HANDLE handle = ::CreateFileA(path, 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                        OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    if (handle == INVALID_HANDLE_VALUE) {
+        return FileKind::kAbsent;
+    }
+    BY_HANDLE_FILE_INFORMATION information;
+    const bool isRegular = ::GetFileType(handle) == FILE_TYPE_DISK &&
+                           ::GetFileInformationByHandle(handle, &information) != 0 &&
+                           (information.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+    ::CloseHandle(handle);
+    return isRegular ? FileKind::kRegular : FileKind::kOther;
+}
+
+std::string linkTarget(const char* path) {
+    const DWORD attributes = ::GetFileAttributesA(path);
+    if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) {
+        return path;
+    }
+    const HANDLE handle = ::CreateFileA(path, 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                        OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    if (handle == INVALID_HANDLE_VALUE) {
+        return path;
+    }
+    char target[4096];
+    const DWORD length = ::GetFinalPathNameByHandleA(handle, target, sizeof target, FILE_NAME_NORMALIZED);
+    ::CloseHandle(handle);
+    return length > 0 && length < sizeof target ? std::string(target, length) : std::string(path);
+}
+
+bool isWritable(const char* path) {
+    const DWORD attributes = ::GetFileAttributesA(path);
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) == 0;
+}
+
+// Access lists are inherited from the folder; the read-only flag is the one permission a replaced file could carry, and
+// a read-only file is not replaced.
+void copyPermissions(const char*, const char*) {}
+
+bool replaceFile(const char* from, const char* to) {
+    return ::MoveFileExA(from, to, MOVEFILE_REPLACE_EXISTING) != 0;
+}
+
+void removeFile(const char* path) {
+    ::DeleteFileA(path);
+}
+
+std::uint64_t processId() {
+    return ::GetCurrentProcessId();
+}
+
+void writeToStandardOutput(std::string_view text) {
+    std::fwrite(text.data(), 1, text.size(), stdout);
+    std::fflush(stdout);
+}
+
+void writeToStandardError(std::string_view text) {
+    std::fwrite(text.data(), 1, text.size(), stderr);
+    std::fflush(stderr);
+}
+
+std::string timeOfDay() {
+    SYSTEMTIME now;
+    ::GetLocalTime(&now);
+    char text[] = "00:00:00";
+    const auto putTwoDigits = [&text](int at, int value) {
+        text[at] = static_cast<char>('0' + value / 10);
+        text[at + 1] = static_cast<char>('0' + value % 10);
+    };
+    putTwoDigits(0, now.wHour);
+    putTwoDigits(3, now.wMinute);
+    putTwoDigits(6, now.wSecond);
+    return text;
+}
+
+std::string currentDirectory() {
+    char directory[1024];
+    const DWORD length = ::GetCurrentDirectoryA(sizeof directory, directory);
+    return length > 0 && length < sizeof directory ? std::string(directory, length) : std::string();
+}
+
+}  // namespace talvek::system
+#endif

@@ -1,0 +1,67 @@
+// Reads a text file of any size as a stream of tokens and numbers, piece by piece.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <string_view>
+
+#include "base/heap_array.h"
+#include "base/input_file.h"
+#include "base/number_text.h"
+
+namespace talvek {
+
+/// For every character whether it stands between tokens.
+using SeparatorSet = std::array<bool, 256>;
+
+constexpr SeparatorSet separatorSet(std::string_view separators) {
+    SeparatorSet set{};
+    for (const char c : separators) {
+        set[static_cast<unsigned char>(c)] = true;
+    }
+    return set;
+}
+
+/// The C locale's white space, which separates what "%s" reads.
+inline constexpr SeparatorSet kBlankSeparators = separatorSet(" \t\n\v\f\r");
+
+class TextScanner {
+  public:
+    /// Tokens are cut to this length, whatever follows up to the next separator is dropped.
+    static constexpr std::size_t kLongestToken = 65536;
+
+    /// Throws std::bad_alloc when there is no memory for the buffer.
+    TextScanner(InputFile& file, const SeparatorSet& separators)
+        : file_(file), separators_(separators), buffer_(makeArray<char>(kBufferSize)) {}
+
+    /// Reads the next token; false at the end of the file. The token's text is valid until the next call.
+    bool nextToken(std::string_view& token);
+
+    /// Reads the number that comes next as "%f" does: blanks are skipped, what follows the number directly is left to
+    /// be the next token. When there is no number the value stays and nothing but the blanks is consumed.
+    void readFloat(float& value);
+
+  private:
+    static constexpr std::size_t kBufferSize = 262144;
+
+    bool isSeparator(char c) const { return separators_[static_cast<unsigned char>(c)]; }
+    /// Finds the token that comes next and brings it, cut to kLongestToken, into the buffer whole. Empty at the end of
+    /// the file.
+    std::string_view peekToken();
+    /// Skips the separators, or the characters other than separators, that come next; false at the end of the file.
+    bool skipWhile(bool separators);
+    void consume(std::size_t length);
+    /// Moves what is unread to the front of the buffer and reads on behind it; false when nothing more came.
+    bool refill();
+
+    InputFile& file_;
+    const SeparatorSet& separators_;
+    HeapArray<char> buffer_;
+    std::size_t begin_ = 0;
+    std::size_t end_ = 0;
+    bool atEnd_ = false;
+    /// Whether the token that was read last goes on, beyond what is kept of it.
+    bool isTokenCut_ = false;
+};
+
+}  // namespace talvek

@@ -1,0 +1,29 @@
+#include "weathering/epochs.h"
+
+#include "api/report.h"
+#include "api/session.h"
+#include "weathering/rates.h"
+
+namespace talvek {
+
+void reportNumEpochs(std::int32_t numEpochs) {
+    report("\nEnvironmental parameters for %i epoch(s):\n", {numEpochs});
+}
+
+void reportEpochLength(std::int32_t number, const EpochRecord& epoch) {
+    report("\nepoch: %i\tdays: %.0f\n", {number, epoch.days()});
+}
+
+void reportEnvironment(const EpochRecord& epoch) {
+    constexpr double kGasScale = 1.0e13F;
+    report("SO2: %.2f\tNO2: %.2f\tRv: %.2f\tRpH: %.2f\n",
+           {epoch.so2() * kGasScale, epoch.no2() * kGasScale, epoch.rv(), epoch.rph()});
+}
+
+double reportedDelta(const EpochRecord& epoch) {
+    const double delta = weatheringDelta(*session().materialParams, epoch, session().model);
+    report("delta = %.4f\n", {delta});
+    return delta;
+}
+
+}  // namespace talvek

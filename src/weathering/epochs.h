@@ -1,0 +1,20 @@
+// What the runners of all operating modes say about their epochs.
+#pragma once
+
+#include <cstdint>
+
+#include "api/parameters.h"
+
+namespace talvek {
+
+void reportNumEpochs(std::int32_t numEpochs);
+
+void reportEpochLength(std::int32_t number, const EpochRecord& epoch);
+
+/// The environment of an epoch, its gases in units of 10^-13.
+void reportEnvironment(const EpochRecord& epoch);
+
+/// Computes the thickness by which the session's model moves the surface in an epoch, and reports it.
+double reportedDelta(const EpochRecord& epoch);
+
+}  // namespace talvek

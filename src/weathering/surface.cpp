@@ -1,0 +1,23 @@
+#include "weathering/surface.h"
+
+#include <new>
+
+namespace talvek {
+
+std::unique_ptr<Object3D> workingCopy(const Object3D& mesh) {
+    std::unique_ptr<Object3D> copy = copyMesh(mesh);
+    // A copy goes on without an array it has no memory for, a run cannot.
+    if (mesh.vertexNormals != nullptr && copy->vertexNormals == nullptr) {
+        throw std::bad_alloc();
+    }
+    return copy;
+}
+
+void moveAlongNormals(Object3D& mesh, float distance) {
+    const std::span<float> positions = mesh.vertexSpan();
+    for (std::size_t i = 0; i < positions.size(); ++i) {
+        positions[i] = positions[i] + distance * mesh.vertexNormals[i];
+    }
+}
+
+}  // namespace talvek
