@@ -1,7 +1,8 @@
 #include "api/run_driver.h"
 
-#include <exception>
 #include <memory>
+#include <new>
+#include <string_view>
 
 #include "Vexo_Lib/load3d.h"
 #include "api/engine_name.h"
@@ -124,22 +125,30 @@ std::int32_t checkAndRun() {
     return runMode(*mode);
 }
 
-/// A run that turns out to be impossible half-way ends like one that was refused.
+/// Runs, or returns why the run turned out to be impossible half-way.
+std::string_view tryRun(std::int32_t& result) noexcept {
+    try {
+        result = checkAndRun();
+        return {};
+    } catch (const char* message) {
+        return message;
+    } catch (const std::bad_alloc&) {
+        return "Out of memory!";
+    }
+}
+
 std::int32_t runGuarded() noexcept {
     const std::int32_t statusBefore = session().status.load(std::memory_order_relaxed);
-    std::string_view reason;
-    try {
-        return checkAndRun();
-    } catch (const char* message) {
-        reason = message;
-    } catch (const std::bad_alloc&) {
-        reason = "Out of memory!";
+    std::int32_t result = TALVEK_OK;
+    std::string_view failure = tryRun(result);
+    if (failure.empty()) {
+        return result;
     }
     session().status.store(statusBefore, std::memory_order_relaxed);
-    if (reason.ends_with('\n')) {
-        reason.remove_suffix(1);
+    if (failure.ends_with('\n')) {
+        failure.remove_suffix(1);
     }
-    return abortRun(TALVEK_ERROR_MESH, reason);
+    return abortRun(TALVEK_ERROR_MESH, failure);
 }
 
 }  // namespace

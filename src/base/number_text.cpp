@@ -21,7 +21,7 @@ constexpr std::array<char, 200> kTwoDigits = [] {
 }();
 
 char* putTwoDigits(char* out, std::uint32_t value) {
-    std::memcpy(out, &kTwoDigits[2 * value], 2);
+    std::memcpy(out, &kTwoDigits[std::size_t{2} * value], 2);
     return out + 2;
 }
 
