@@ -100,7 +100,7 @@ std::unique_ptr<Object3D> ReadObjFile(const char* path, bool /*flag*/) try {
     ObjRecords records;
     TextScanner scanner(file, kBlankSeparators);
     readRecords(scanner, records);
-    return buildMesh(records);
+    return file.hasFailed() ? nullptr : buildMesh(records);
 } catch (const std::bad_alloc&) {
     return nullptr;
 }

@@ -9,7 +9,7 @@ namespace talvek {
 
 /// Reads an OBJ file as a stream of tokens: "v", "vt" and "f" start a record wherever they stand, all other tokens are
 /// passed over. Faces keep their first three corners. Indices are not checked. The flag has no effect.
-/// Returns null when the file cannot be opened or there is no memory for it.
+/// Returns null when the file cannot be opened or read to its end, or there is no memory for it.
 std::unique_ptr<Object3D> ReadObjFile(const char* path, bool flag);
 
 /// Writes positions with 5 decimals and faces, the counts behind them in comments. Returns whether the file is

@@ -108,7 +108,7 @@ bool forEachStatement(Apply apply) {
     while (scanner.nextToken(line)) {
         apply(parseStatement(line));
     }
-    return true;
+    return !file.hasFailed();
 }
 
 void writeLine(OutputFile& file, std::string_view text) {

@@ -8,10 +8,10 @@
 namespace talvek {
 
 /// Reads mode, model and number of epochs into the session; out-of-range values become 1, 3 and 1. Returns false, after
-/// saying so on standard output, when the file cannot be opened. Throws std::bad_alloc.
+/// saying so on standard output, when the file cannot be opened or read. Throws std::bad_alloc.
 bool readParameterHeader();
 
-/// Reads the whole file into the session, whose parameter stores exist. Returns false when the file cannot be opened.
+/// Reads the whole file into the session, whose parameter stores exist. Returns false when the file cannot be opened or read.
 /// Throws std::bad_alloc.
 bool readParameterFile();
 

@@ -16,12 +16,14 @@ class InputFile {
 
     bool isOpen() const { return file_.isOpen(); }
 
-    /// Reads as many bytes as there are, up to `size`. A read that fails counts as the end of the file.
+    /// Reads as many bytes as there are, up to `size`. A read that fails counts as the end of the file, and hasFailed
+    /// tells the difference.
     std::size_t read(void* to, std::size_t size) {
         std::size_t got = 0;
         while (got < size) {
             const std::int64_t piece = file_.read(static_cast<char*>(to) + got, size - got);
             if (piece <= 0) {
+                hasFailed_ = hasFailed_ || piece < 0;
                 break;
             }
             got += static_cast<std::size_t>(piece);
@@ -29,6 +31,9 @@ class InputFile {
         position_ += static_cast<std::int64_t>(got);
         return got;
     }
+
+    /// Whether a read has failed, so that what was read is not all there is.
+    bool hasFailed() const { return hasFailed_; }
 
     /// The number of bytes read so far.
     std::int64_t position() const { return position_; }
@@ -40,6 +45,7 @@ class InputFile {
     system::File file_;
     std::int64_t size_ = -1;
     std::int64_t position_ = 0;
+    bool hasFailed_ = false;
 };
 
 }  // namespace talvek
