@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
-#include <functional>
 #include <map>
 #include <set>
 #include <string>
@@ -27,15 +26,23 @@ FileContents contentsOf(const TempFolder& folder) {
     return contents;
 }
 
+/// What operations need besides the session, made beforehand: an injected fault is to hit the library, not the test.
+struct Material {
+    std::string outputPath;
+    std::vector<float> vertices = std::vector<float>(9000, 1.5F);
+    std::vector<float> normals = std::vector<float>(9000);
+};
+
 /// One operation of the library, what it starts from, and how its success and its failures look.
 struct Scenario {
     std::string name;
     /// The file that the host names.
     std::string meshName;
-    std::string meshContent;
+    /// What is in the folder beforehand.
+    FileContents files;
     std::int32_t mode = TALVEK_MODE_MESH_DATA;
     std::int32_t model = TALVEK_MODEL_ACID_RAIN;
-    std::function<std::int32_t(const TempFolder&)> act;
+    std::int32_t (*act)(Material&);
     std::set<std::int32_t> failureCodes;
     /// Files that are written in place and may be cut short: the run log.
     std::set<std::string> inPlace = {};
@@ -48,18 +55,27 @@ void PrintTo(const Scenario& scenario, std::ostream* out) {
 class Faults : public ::testing::TestWithParam<Scenario> {
   protected:
     void SetUp() override {
+        ::testing::internal::CaptureStdout();
+        ::testing::internal::CaptureStderr();
         prepareFiles();
         succeed();
         expected_ = contentsOf(folder_);
     }
 
-    void TearDown() override { talvekFree(); }
+    void TearDown() override {
+        talvekFree();
+        ::testing::internal::GetCapturedStdout();
+        ::testing::internal::GetCapturedStderr();
+        std::cout << GetParam().name << ": " << injections_ << " faults injected\n";
+    }
 
     void prepareFiles() {
         for (const auto& entry : std::filesystem::directory_iterator(folder_.path())) {
             std::filesystem::remove(entry.path());
         }
-        writeFile(folder_.file(GetParam().meshName), GetParam().meshContent);
+        for (const auto& [name, content] : GetParam().files) {
+            writeFile(folder_.file(name), content);
+        }
         prepareSession();
     }
 
@@ -73,7 +89,7 @@ class Faults : public ::testing::TestWithParam<Scenario> {
         ASSERT_EQ(talvekInit(), TALVEK_OK);
     }
 
-    void succeed() { ASSERT_EQ(GetParam().act(folder_), TALVEK_OK); }
+    void succeed() { ASSERT_EQ(GetParam().act(material_), TALVEK_OK); }
 
     /// Every file is one that success would leave as well, whole; the input is there.
     void expectOnlyWholeFiles(const std::string& where) {
@@ -84,7 +100,9 @@ class Faults : public ::testing::TestWithParam<Scenario> {
                 ASSERT_EQ(content, expected_.at(name)) << where << " left a part of " << name;
             }
         }
-        ASSERT_TRUE(contents.contains(GetParam().meshName)) << where;
+        for (const auto& [name, content] : GetParam().files) {
+            ASSERT_TRUE(contents.contains(name)) << where << " lost " << name;
+        }
     }
 
     /// Lets the n-th operation fail. Returns whether there was an n-th.
@@ -93,11 +111,14 @@ class Faults : public ::testing::TestWithParam<Scenario> {
         prepareFiles();
         const std::int64_t blocksBefore = liveBlocks();
         armFault(fault, n, folder_.path());
-        const std::int32_t result = GetParam().act(folder_);
+        const std::int32_t result = GetParam().act(material_);
         const bool hasHappened = disarmFault();
         EXPECT_TRUE(result == TALVEK_OK || GetParam().failureCodes.contains(result)) << where << " gave " << result;
         EXPECT_LE(liveBlocks(), blocksBefore) << where << " lost memory";
         expectOnlyWholeFiles(where);
+        for (const std::string& name : GetParam().inPlace) {
+            std::filesystem::remove(folder_.file(name));
+        }
         prepareSession();
         succeed();
         EXPECT_EQ(contentsOf(folder_), expected_) << where << " spoiled the run after it";
@@ -105,44 +126,82 @@ class Faults : public ::testing::TestWithParam<Scenario> {
     }
 
     TempFolder folder_;
+    Material material_ = {.outputPath = folder_.file("output file of the host")};
     FileContents expected_;
+    std::int64_t injections_ = 0;
 };
 
 TEST_P(Faults, AreSurvivedOneByOne) {
     constexpr Fault kAll[] = {Fault::kAllocation, Fault::kRead,  Fault::kShortRead, Fault::kOpen,  Fault::kWrite,
                               Fault::kShortWrite, Fault::kClose, Fault::kFlush,     Fault::kRename};
-    ::testing::internal::CaptureStdout();
-    ::testing::internal::CaptureStderr();
-    std::int64_t injections = 0;
     for (const Fault fault : kAll) {
         for (std::int64_t n = 1; inject(fault, n) && !HasFatalFailure(); ++n) {
-            ++injections;
+            ++injections_;
         }
     }
-    ::testing::internal::GetCapturedStdout();
-    ::testing::internal::GetCapturedStderr();
-    RecordProperty("injections", static_cast<int>(injections));
-    std::cout << GetParam().name << ": " << injections << " faults injected\n";
-    EXPECT_GT(injections, 0);
+    RecordProperty("injections", static_cast<int>(injections_));
+    EXPECT_GT(injections_, 0);
 }
 
-std::int32_t start(const TempFolder&) {
+std::int32_t start(Material&) {
     return talvekStart();
+}
+
+std::int32_t readGeometry(Material& material) {
+    if (talvekGetFrameNumTriangles(1) == 0) {
+        return TALVEK_ERROR_FRAME;
+    }
+    return talvekGetFrameGeometry(1, material.vertices.data(), material.normals.data());
+}
+
+std::int32_t saveGeometry(Material& material) {
+    return talvekSaveFrameGeometryObj(material.outputPath.c_str(), 1000, material.vertices.data(), nullptr);
+}
+
+std::int32_t appendLog(Material& material) {
+    return talvekAppendLogFile(material.outputPath.c_str(), "100 %% of a line that is longer than short\n");
 }
 
 std::vector<Scenario> scenarios() {
     const std::string sphere = objText(*makeSphere(10, 1));
+    const std::string parameters = "mode = 1;\nmodel = 2;\nepcs = 2;\nmtl = 1, 2, 3;\nepc_0 = 3;\nepc_2 = 4, 5;\n";
     return {
         {.name = "RunMeshData",
          .meshName = "stone.obj",
-         .meshContent = sphere,
+         .files = {{"stone.obj", sphere}},
          .act = start,
          .failureCodes = {TALVEK_ERROR_MESH},
          .inPlace = {"stone.inf"}},
         {.name = "SaveParams",
          .meshName = "stone.obj",
-         .meshContent = sphere,
-         .act = [](const TempFolder&) { return talvekSaveParams(); },
+         .files = {{"stone.obj", sphere}},
+         .act = [](Material&) { return talvekSaveParams(); },
+         .failureCodes = {TALVEK_ERROR_RANGE}},
+        {.name = "ReadParams",
+         .meshName = "stone.obj",
+         .files = {{"stone.cfg", parameters}},
+         .act = [](Material&) { return talvekReadParams(); },
+         .failureCodes = {TALVEK_ERROR_RANGE, TALVEK_ERROR_NULL}},
+        {.name = "ReadFrame",
+         .meshName = "stone.obj",
+         .files = {{"stone.obj.obj_w_1.obj", sphere}},
+         .act = readGeometry,
+         .failureCodes = {TALVEK_ERROR_FRAME}},
+        {.name = "SaveFrameGeometry",
+         .meshName = "stone.obj",
+         .files = {},
+         .act = saveGeometry,
+         .failureCodes = {TALVEK_ERROR_RANGE}},
+        {.name = "AppendLog",
+         .meshName = "stone.obj",
+         .files = {},
+         .act = appendLog,
+         .failureCodes = {TALVEK_ERROR_RANGE},
+         .inPlace = {"output file of the host"}},
+        {.name = "SetFileName",
+         .meshName = "stone.obj",
+         .files = {},
+         .act = [](Material& material) { return talvekSetFileName(material.outputPath.c_str()); },
          .failureCodes = {TALVEK_ERROR_RANGE}},
     };
 }
