@@ -45,25 +45,21 @@ bool isHexDigit(char c) {
     return isDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
 }
 
-/// Tells whether a decimal number that no floating-point type can hold is too small (and not too large): its first
-/// digit other than 0 then stands, with the exponent taken in, behind the point.
-bool isBelowOne(std::string_view number) {
+/// Tells whether a number that no floating-point type can hold is too small (and not too large): its first digit other
+/// than 0 then stands, with the exponent taken in, behind the point.
+bool isBelowOne(std::string_view number, bool isHex) {
     std::int64_t exponent = 0;
-    const std::size_t mark = number.find_first_of("eE");
+    const std::size_t mark = number.find_first_of(isHex ? "pP" : "eE");
     if (mark != std::string_view::npos) {
         exponent = toInt(number.substr(mark + 1));
     }
     const std::string_view digits = number.substr(0, mark);
-    const std::size_t first = std::min(digits.find_first_of("123456789"), digits.size());
+    const std::size_t first = std::min(digits.find_first_not_of("0."), digits.size());
     const std::size_t point = std::min(digits.find('.'), digits.size());
     const std::int64_t place = first < point ? static_cast<std::int64_t>(point - first)
                                              : static_cast<std::int64_t>(point) - static_cast<std::int64_t>(first) + 1;
-    return place + exponent <= 0;
-}
-
-bool isBelowOneHex(std::string_view number) {
-    const std::size_t mark = number.find_first_of("pP");
-    return mark != std::string_view::npos && number.substr(mark + 1, 1) == "-";
+    // The exponent of a hexadecimal number counts bits, four to a digit.
+    return place * (isHex ? 4 : 1) + exponent <= 0;
 }
 
 bool startsHexadecimal(std::string_view text) {
@@ -90,8 +86,7 @@ std::size_t parseNumber(std::string_view text, T& value) {
     }
     if (result.ec == std::errc::result_out_of_range) {
         const std::string_view number = digits.substr(0, static_cast<std::size_t>(result.ptr - digits.data()));
-        const bool isTiny = isHex ? isBelowOneHex(number) : isBelowOne(number);
-        magnitude = isTiny ? T{0} : std::numeric_limits<T>::infinity();
+        magnitude = isBelowOne(number, isHex) ? T{0} : std::numeric_limits<T>::infinity();
     }
     value = hasSign && text[0] == '-' ? -magnitude : magnitude;
     return static_cast<std::size_t>(result.ptr - text.data());
