@@ -35,6 +35,9 @@ void OutputFile::openBeside(const char* path) {
         return;
     }
     target_ = system::linkTarget(path);
+    if (target_.empty()) {
+        return;
+    }
     if (kind == system::FileKind::kRegular && !system::isWritable(target_.c_str())) {
         return;
     }

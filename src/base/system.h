@@ -63,7 +63,8 @@ enum class FileKind : std::uint8_t { kAbsent, kRegular, kOther };
 
 /// What stands under a name; symbolic links are followed.
 FileKind kindOf(const char* path);
-/// The file that a symbolic link names in the end; the path itself when it is none.
+/// The file that a symbolic link names in the end, which need not exist; the path itself when it is none; empty for
+/// links that lead in a circle.
 std::string linkTarget(const char* path);
 bool isWritable(const char* path);
 /// Gives `to` the permissions of `from`, as far as the system allows.

@@ -120,17 +120,19 @@ FileKind kindOf(const char* path) {
 }
 
 std::string linkTarget(const char* path) {
-    struct stat status {};
-    if (::lstat(path, &status) != 0 || !S_ISLNK(status.st_mode)) {
-        return path;
+    std::string target = path;
+    // As many links as the system itself follows before it takes them for a circle.
+    for (int links = 0; links < 40; ++links) {
+        char next[PATH_MAX];
+        const ssize_t length = ::readlink(target.c_str(), next, sizeof next);
+        if (length < 0) {
+            return target;
+        }
+        const std::size_t folderEnd = next[0] == '/' ? std::string::npos : target.rfind('/');
+        target.erase(folderEnd == std::string::npos ? 0 : folderEnd + 1);
+        target.append(next, static_cast<std::size_t>(length));
     }
-    char* resolved = ::realpath(path, nullptr);
-    if (resolved == nullptr) {
-        return path;
-    }
-    std::string target = resolved;
-    std::free(resolved);
-    return target;
+    return {};
 }
 
 bool isWritable(const char* path) {

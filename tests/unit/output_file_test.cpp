@@ -1,0 +1,213 @@
+// A file appears under its name as a whole, or not at all.
+#include "base/output_file.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+
+#include "support/other_user.h"
+#include "support/test_files.h"
+
+namespace talvek::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+bool writeWhole(const std::string& path, std::string_view text, Durability durability = Durability::kUnflushed) {
+    OutputFile file(path.c_str(), durability);
+    file.write(text);
+    return file.finish();
+}
+
+class Output : public ::testing::Test {
+  protected:
+    TempFolder folder_;
+    std::string path_ = folder_.file("out.obj");
+};
+
+TEST_F(Output, CreatesAFile) {
+    EXPECT_TRUE(writeWhole(path_, "hello\n"));
+    EXPECT_EQ(readFile(path_), "hello\n");
+    EXPECT_EQ(folder_.listing(), "out.obj");
+}
+
+TEST_F(Output, CreatesAnEmptyFile) {
+    EXPECT_TRUE(writeWhole(path_, ""));
+    EXPECT_EQ(readFile(path_), "");
+}
+
+TEST_F(Output, ReplacesAFile) {
+    writeFile(path_, "a long old text");
+    EXPECT_TRUE(writeWhole(path_, "new", Durability::kOnDisk));
+    EXPECT_EQ(readFile(path_), "new");
+    EXPECT_EQ(folder_.listing(), "out.obj");
+}
+
+TEST_F(Output, TheOldFileStaysUntilTheNewOneIsFinished) {
+    writeFile(path_, "old");
+    OutputFile file(path_.c_str());
+    file.write(std::string(1000000, 'x'));
+    EXPECT_EQ(readFile(path_), "old");
+    EXPECT_TRUE(file.finish());
+    EXPECT_EQ(readFile(path_).size(), 1000000);
+}
+
+TEST_F(Output, WhatIsNotFinishedLeavesNothingBehind) {
+    writeFile(path_, "old");
+    {
+        OutputFile file(path_.c_str());
+        file.write(std::string(1000000, 'x'));
+    }
+    EXPECT_EQ(readFile(path_), "old");
+    EXPECT_EQ(folder_.listing(), "out.obj");
+}
+
+TEST_F(Output, WritesAcrossTheBuffer) {
+    std::string expected;
+    OutputFile file(path_.c_str());
+    for (int i = 0; expected.size() < 900000; ++i) {
+        const std::string piece = std::to_string(i) + std::string(static_cast<std::size_t>(i % 700), '.');
+        file.write(piece);
+        expected += piece;
+    }
+    ASSERT_TRUE(file.finish());
+    EXPECT_EQ(readFile(path_), expected);
+}
+
+TEST_F(Output, WritesPiecesLargerThanTheBufferInOrder) {
+    const std::string large(600000, 'L');
+    OutputFile file(path_.c_str());
+    file.write("first");
+    file.write(large);
+    file.write("last");
+    ASSERT_TRUE(file.finish());
+    EXPECT_EQ(readFile(path_), "first" + large + "last");
+}
+
+TEST_F(Output, ReservedRoomIsWrittenAsFarAsItWasFilled) {
+    std::string expected;
+    OutputFile file(path_.c_str());
+    for (int i = 0; i < 50; ++i) {
+        char* out = file.reserve(OutputFile::kLargestReservation);
+        const std::size_t filled = i % 2 == 0 ? 3 : OutputFile::kLargestReservation;
+        std::fill_n(out, filled, static_cast<char>('a' + i % 26));
+        file.commit(out + filled);
+        expected.append(filled, static_cast<char>('a' + i % 26));
+    }
+    ASSERT_TRUE(file.finish());
+    EXPECT_EQ(readFile(path_), expected);
+}
+
+TEST_F(Output, FailsInAFolderThatIsNotThere) {
+    EXPECT_FALSE(writeWhole(folder_.file("absent/out.obj"), "text"));
+    EXPECT_FALSE(exists(folder_.file("absent")));
+}
+
+TEST_F(Output, FailsWhereAFolderStands) {
+    fs::create_directory(path_);
+    EXPECT_FALSE(writeWhole(path_, "text"));
+    EXPECT_TRUE(fs::is_directory(path_));
+    EXPECT_EQ(folder_.listing(), "out.obj");
+}
+
+TEST_F(Output, FailsWithoutAName) {
+    EXPECT_FALSE(writeWhole("", "text"));
+}
+
+TEST_F(Output, PassesOverTheLeftoversOfAnotherProcess) {
+    const std::string leftover = ".talvek-" + std::to_string(system::processId()) + "-0.tmp";
+    writeFile(folder_.file(leftover), "of someone else");
+    EXPECT_TRUE(writeWhole(path_, "text"));
+    EXPECT_EQ(readFile(path_), "text");
+    EXPECT_EQ(readFile(folder_.file(leftover)), "of someone else");
+    EXPECT_EQ(folder_.listing(), leftover + " out.obj");
+}
+
+TEST_F(Output, TwoFilesAtATimeDoNotMeet) {
+    OutputFile first(path_.c_str());
+    OutputFile second(folder_.file("second.obj").c_str());
+    first.write("1");
+    second.write("2");
+    EXPECT_TRUE(second.finish());
+    EXPECT_TRUE(first.finish());
+    EXPECT_EQ(readFile(path_), "1");
+    EXPECT_EQ(readFile(folder_.file("second.obj")), "2");
+}
+
+TEST_F(Output, DoesNotReplaceAFileThatMayNotBeWritten) {
+    writeFile(path_, "old");
+    fs::permissions(path_, fs::perms::owner_read | fs::perms::others_read);
+#ifdef _WIN32
+    EXPECT_FALSE(writeWhole(path_, "new"));
+#else
+    fs::permissions(folder_.path(), fs::perms::all);
+    EXPECT_TRUE(holdsUnder(Restriction::kNoPrivileges, [this] { return !writeWhole(path_, "new"); }));
+#endif
+    EXPECT_EQ(readFile(path_), "old");
+    EXPECT_EQ(folder_.listing(), "out.obj");
+    fs::permissions(path_, fs::perms::all);
+}
+
+#ifndef _WIN32
+TEST_F(Output, KeepsThePermissionsOfTheOldFile) {
+    writeFile(path_, "old");
+    fs::permissions(path_, static_cast<fs::perms>(0640));
+    EXPECT_TRUE(writeWhole(path_, "new"));
+    EXPECT_EQ(fs::status(path_).permissions(), static_cast<fs::perms>(0640));
+}
+
+TEST_F(Output, FollowsASymbolicLink) {
+    fs::create_directory(folder_.file("elsewhere"));
+    writeFile(folder_.file("elsewhere/real.obj"), "old");
+    fs::create_symlink("elsewhere/real.obj", path_);
+    EXPECT_TRUE(writeWhole(path_, "new"));
+    EXPECT_TRUE(fs::is_symlink(path_));
+    EXPECT_EQ(readFile(folder_.file("elsewhere/real.obj")), "new");
+}
+
+// The link itself used to be replaced by a file.
+TEST_F(Output, FollowsASymbolicLinkToAFileThatIsNotThereYet) {
+    fs::create_directory(folder_.file("elsewhere"));
+    fs::create_symlink("elsewhere/second", path_);
+    fs::create_symlink(folder_.file("elsewhere/real.obj"), folder_.file("elsewhere/second"));
+    EXPECT_TRUE(writeWhole(path_, "new"));
+    EXPECT_TRUE(fs::is_symlink(path_));
+    EXPECT_EQ(readFile(folder_.file("elsewhere/real.obj")), "new");
+}
+
+TEST_F(Output, FailsAtSymbolicLinksInACircle) {
+    fs::create_symlink("b", folder_.file("a"));
+    fs::create_symlink("a", folder_.file("b"));
+    EXPECT_FALSE(writeWhole(folder_.file("a"), "new"));
+    EXPECT_EQ(folder_.listing(), "a b");
+    EXPECT_TRUE(fs::is_symlink(folder_.file("a")));
+}
+
+TEST_F(Output, WritesDirectlyToADevice) {
+    EXPECT_TRUE(writeWhole("/dev/null", "text"));
+    EXPECT_TRUE(fs::is_character_file("/dev/null"));
+}
+
+TEST_F(Output, TellsThatADeviceIsFull) {
+    EXPECT_FALSE(writeWhole("/dev/full", "text"));
+    EXPECT_FALSE(writeWhole("/dev/full", std::string(1000000, 'x')));
+}
+
+TEST_F(Output, KeepsTheOldFileWhenThereIsNoRoomForTheNewOne) {
+    writeFile(path_, "old");
+    for (const std::size_t size : {1001, 300000}) {
+        EXPECT_TRUE(holdsUnder(Restriction::kFilesUpTo1000Bytes,
+                               [this, size] { return !writeWhole(path_, std::string(size, 'x')); }));
+        EXPECT_EQ(readFile(path_), "old");
+        EXPECT_EQ(folder_.listing(), "out.obj");
+    }
+}
+#else
+TEST_F(Output, WritesDirectlyToADevice) {
+    EXPECT_TRUE(writeWhole("NUL", "text"));
+}
+#endif
+
+}  // namespace
+}  // namespace talvek::test
