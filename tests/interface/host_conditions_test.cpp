@@ -1,0 +1,242 @@
+// Hosts that use the library hard or live in odd surroundings: many runs, small stacks, other locales and time zones.
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <cstdlib>
+#include <functional>
+#include <string>
+#include <vector>
+
+#ifdef _WIN32
+#define WIN32_LEAN_AND_MEAN
+#include <windows.h>
+// After windows.h.
+#include <psapi.h>
+#else
+#include <pthread.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <fstream>
+#endif
+
+#include "interface/host_library.h"
+#include "support/meshes.h"
+#include "support/test_files.h"
+
+namespace talvek::test {
+namespace {
+
+#ifdef _WIN32
+
+std::size_t residentBytes() {
+    PROCESS_MEMORY_COUNTERS counters{};
+    ::GetProcessMemoryInfo(::GetCurrentProcess(), &counters, sizeof counters);
+    return counters.PagefileUsage;
+}
+
+DWORD WINAPI callWork(LPVOID work) {
+    (*static_cast<std::function<void()>*>(work))();
+    return 0;
+}
+
+void runOnSmallStack(std::size_t bytes, std::function<void()> work) {
+    const HANDLE thread = ::CreateThread(nullptr, bytes, callWork, &work, STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr);
+    ASSERT_NE(thread, nullptr);
+    ::WaitForSingleObject(thread, INFINITE);
+    ::CloseHandle(thread);
+}
+
+void setTimeZone(const char* zone) {
+    ::_putenv_s("TZ", zone);
+}
+
+#else
+
+std::size_t residentBytes() {
+    std::ifstream statistics("/proc/self/statm");
+    std::size_t total = 0;
+    std::size_t resident = 0;
+    statistics >> total >> resident;
+    return resident * static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+}
+
+void* callWork(void* work) {
+    (*static_cast<std::function<void()>*>(work))();
+    return nullptr;
+}
+
+void runOnSmallStack(std::size_t bytes, std::function<void()> work) {
+    pthread_attr_t attributes;
+    ASSERT_EQ(::pthread_attr_init(&attributes), 0);
+    ASSERT_EQ(::pthread_attr_setstacksize(&attributes, bytes), 0);
+    pthread_t thread{};
+    ASSERT_EQ(::pthread_create(&thread, &attributes, callWork, &work), 0);
+    ::pthread_join(thread, nullptr);
+    ::pthread_attr_destroy(&attributes);
+}
+
+void setTimeZone(const char* zone) {
+    ::setenv("TZ", zone, 1);
+    ::tzset();
+}
+
+#endif
+
+// Sanitizers and memory checkers hold on to what is freed, so that its later use is seen.
+#if defined(__SANITIZE_ADDRESS__)
+constexpr bool kFreedMemoryStays = true;
+#else
+constexpr bool kFreedMemoryStays = false;
+#endif
+
+constexpr std::size_t kSmallStack = 128 * 1024;
+constexpr std::size_t kTolerance = 4 * 1024 * 1024;
+
+class HostConditions : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        ::testing::internal::CaptureStdout();
+        resetSession();
+        writeFile(mesh_, objText(*makeSphere(10, 2)));
+    }
+
+    void TearDown() override {
+        ::testing::internal::GetCapturedStdout();
+        TALVEK_CALL(talvekFree)();
+    }
+
+    std::int32_t run(std::int32_t mode, std::int32_t model) const {
+        TALVEK_CALL(talvekFree)();
+        TALVEK_CALL(talvekSetFileName)(mesh_.c_str());
+        TALVEK_CALL(talvekSetTimeSpan)(2, 365);
+        TALVEK_CALL(talvekSetMode)(mode);
+        TALVEK_CALL(talvekSetModel)(model);
+        TALVEK_CALL(talvekInit)();
+        return TALVEK_CALL(talvekStart)();
+    }
+
+    std::string lastSurface() const { return readText(mesh_ + ".obj_w.obj"); }
+
+    TempFolder folder_;
+    std::string mesh_ = folder_.file("stone.obj");
+};
+
+TEST_F(HostConditions, AThousandRunsNeedNoMoreMemoryThanTen) {
+    for (int i = 0; i < 10; ++i) {
+        ASSERT_EQ(run(TALVEK_MODE_MESH_DATA, TALVEK_MODEL_ACID_RAIN), TALVEK_OK);
+    }
+    const std::size_t before = residentBytes();
+    for (int i = 0; i < 1000; ++i) {
+        ASSERT_EQ(run(TALVEK_MODE_MESH_DATA, TALVEK_MODEL_ACID_RAIN), TALVEK_OK);
+    }
+    if (!kFreedMemoryStays) {
+        EXPECT_LT(residentBytes(), before + kTolerance);
+    }
+}
+
+TEST_F(HostConditions, TenThousandFrameReadsNeedNoMoreMemoryThanTen) {
+    ASSERT_EQ(run(TALVEK_MODE_MESH_DATA, TALVEK_MODEL_ACID_RAIN), TALVEK_OK);
+    std::vector<float> vertices(9 * static_cast<std::size_t>(TALVEK_CALL(talvekGetFrameNumTriangles)(1)));
+    std::vector<float> normals(vertices.size());
+    const auto readFrames = [&](int count) {
+        for (int i = 0; i < count; ++i) {
+            ASSERT_GT(TALVEK_CALL(talvekGetFrameNumTriangles)(1), 0);
+            ASSERT_EQ(TALVEK_CALL(talvekGetFrameGeometry)(2, vertices.data(), normals.data()), TALVEK_OK);
+        }
+    };
+    readFrames(10);
+    const std::size_t before = residentBytes();
+    readFrames(5000);
+    if (!kFreedMemoryStays) {
+        EXPECT_LT(residentBytes(), before + kTolerance);
+    }
+}
+
+TEST_F(HostConditions, ASmallStackIsEnoughForARun) {
+    std::int32_t result = 1;
+    runOnSmallStack(kSmallStack, [&] { result = run(TALVEK_MODE_MESH_DATA, TALVEK_MODEL_SO2_NO2_CRUST); });
+    EXPECT_EQ(result, TALVEK_OK);
+}
+
+TEST_F(HostConditions, ASmallStackIsEnoughForParametersAndFrames) {
+    ASSERT_EQ(run(TALVEK_MODE_MESH_DATA, TALVEK_MODEL_ACID_RAIN), TALVEK_OK);
+    std::int32_t triangles = 0;
+    std::int32_t saved = 1;
+    std::int32_t read = 1;
+    runOnSmallStack(kSmallStack, [&] {
+        triangles = TALVEK_CALL(talvekGetFrameNumTriangles)(1);
+        saved = TALVEK_CALL(talvekSaveParams)();
+        read = TALVEK_CALL(talvekReadParams)();
+    });
+    EXPECT_EQ(triangles, 320);
+    EXPECT_EQ(saved, TALVEK_OK);
+    EXPECT_EQ(read, TALVEK_OK);
+}
+
+TEST_F(HostConditions, ACommaLocaleChangesNothing) {
+    ASSERT_EQ(run(TALVEK_MODE_MESH_DATA, TALVEK_MODEL_ACID_RAIN), TALVEK_OK);
+    ASSERT_EQ(TALVEK_CALL(talvekSaveParams)(), TALVEK_OK);
+    const std::string surface = lastSurface();
+    const std::string log = readText(folder_.file("stone.inf"));
+    const std::string parameters = readText(folder_.file("stone.cfg"));
+    if (std::setlocale(LC_ALL, "de_DE.UTF-8") == nullptr && std::setlocale(LC_ALL, "German_Germany.1252") == nullptr) {
+        GTEST_SKIP() << "no locale with a decimal comma on this machine";
+    }
+    char number[8];
+    std::snprintf(number, sizeof number, "%.1f", 0.5);
+    EXPECT_STREQ(number, "0,5");
+    EXPECT_EQ(run(TALVEK_MODE_MESH_DATA, TALVEK_MODEL_ACID_RAIN), TALVEK_OK);
+    EXPECT_EQ(TALVEK_CALL(talvekSaveParams)(), TALVEK_OK);
+    EXPECT_EQ(TALVEK_CALL(talvekReadParams)(), TALVEK_OK);
+    float material[TALVEK_MATERIAL_PARAMS];
+    EXPECT_EQ(TALVEK_CALL(talvekGetMaterialParams)(material), TALVEK_OK);
+    std::setlocale(LC_ALL, "C");
+    EXPECT_EQ(material[2], 544.3F);
+    EXPECT_EQ(lastSurface(), surface);
+    EXPECT_EQ(readText(folder_.file("stone.inf")), log);
+    EXPECT_EQ(readText(folder_.file("stone.cfg")), parameters);
+}
+
+TEST_F(HostConditions, ATimeZoneChangesNothing) {
+    ASSERT_EQ(run(TALVEK_MODE_MESH_DATA, TALVEK_MODEL_ACID_RAIN), TALVEK_OK);
+    const std::string surface = lastSurface();
+    setTimeZone("XYZ+13:45");
+    EXPECT_EQ(run(TALVEK_MODE_MESH_DATA, TALVEK_MODEL_ACID_RAIN), TALVEK_OK);
+    setTimeZone("UTC0");
+    EXPECT_EQ(lastSurface(), surface);
+}
+
+#ifndef _WIN32
+TEST_F(HostConditions, AFolderThatVanishesEndsNothingButTheFrames) {
+    const std::string gone = folder_.file("gone");
+    ASSERT_TRUE(std::filesystem::create_directory(gone));
+    writeFile(gone + "/stone.obj", objText(*makeSphere(10, 0)));
+    ASSERT_EQ(TALVEK_CALL(talvekSetFileName)((gone + "/stone.obj").c_str()), TALVEK_OK);
+    std::filesystem::remove_all(gone);
+    TALVEK_CALL(talvekSetMode)(TALVEK_MODE_MESH_DATA);
+    TALVEK_CALL(talvekSetModel)(TALVEK_MODEL_ACID_RAIN);
+    TALVEK_CALL(talvekInit)();
+    EXPECT_EQ(TALVEK_CALL(talvekStart)(), TALVEK_ERROR_MESH);
+    EXPECT_EQ(TALVEK_CALL(talvekSaveParams)(), TALVEK_ERROR_RANGE);
+    EXPECT_EQ(folder_.listing(), "stone.obj");
+}
+
+TEST_F(HostConditions, AParentThatCannotBeReadDoesNotMatter) {
+    const std::string parent = folder_.file("parent");
+    ASSERT_TRUE(std::filesystem::create_directories(parent + "/inside"));
+    mesh_ = parent + "/inside/stone.obj";
+    writeFile(mesh_, objText(*makeSphere(10, 0)));
+    const std::string before = std::filesystem::current_path();
+    std::filesystem::current_path(parent + "/inside");
+    ASSERT_EQ(::chmod(parent.c_str(), 0111), 0);
+    mesh_ = "stone.obj";
+    EXPECT_EQ(run(TALVEK_MODE_MESH_DATA, TALVEK_MODEL_ACID_RAIN), TALVEK_OK);
+    EXPECT_TRUE(exists("stone.obj.obj_w_2.obj"));
+    ASSERT_EQ(::chmod(parent.c_str(), 0755), 0);
+    std::filesystem::current_path(before);
+}
+#endif
+
+}  // namespace
+}  // namespace talvek::test
