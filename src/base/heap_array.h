@@ -66,11 +66,20 @@ HeapArray<T> makeFilledArray(std::int64_t count, T value) {
     return array;
 }
 
+/// `from` may be null when there is nothing to copy.
 template <typename T>
 HeapArray<T> copyArray(const T* from, std::int64_t count) {
     HeapArray<T> array = makeArray<T>(count);
-    std::memcpy(array.get(), from, arrayBytes<T>(count));
+    if (count > 0) {
+        std::memcpy(array.get(), from, arrayBytes<T>(count));
+    }
     return array;
+}
+
+/// Gives back the memory behind the first `count` elements.
+template <typename T>
+HeapArray<T> shrinkArray(HeapArray<T> array, std::int64_t count) noexcept {
+    return HeapArray<T>(static_cast<T*>(system::shrink(array.release(), static_cast<std::size_t>(count) * sizeof(T))));
 }
 
 /// A copy of an array; null where the source is null or there is no memory.

@@ -14,6 +14,8 @@ namespace talvek::system {
 void* allocate(std::size_t bytes) noexcept;
 void* allocateZeroed(std::size_t bytes) noexcept;
 void release(void* block) noexcept;
+/// The block, maybe moved, with room for no more than its first `bytes` bytes; as it is where that fails.
+void* shrink(void* block, std::size_t bytes) noexcept;
 
 /// An open file; closed when it goes out of scope.
 class File {

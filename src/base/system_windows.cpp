@@ -37,6 +37,10 @@ void* allocateZeroed(std::size_t bytes) noexcept {
 void release(void* block) noexcept {
     std::free(block);
 }
+void* shrink(void* block, std::size_t bytes) noexcept {
+    void* smaller = std::realloc(block, bytes > 0 ? bytes : 1);
+    return smaller != nullptr ? smaller : block;
+}
 
 File File::openForReading(const char* path) {
     return File(openHandle(path, GENERIC_READ, OPEN_EXISTING));

@@ -3,45 +3,24 @@
 #include <cmath>
 
 #include "mesh/object3d.h"
+#include "mesh/vector3.h"
 
 namespace talvek {
 
 namespace {
 
-struct Vector {
-    float x, y, z;
-};
+using Vector = Vector3<float>;
 
-Vector at(const float* triples, std::int64_t i) {
-    return {triples[3 * i], triples[3 * i + 1], triples[3 * i + 2]};
-}
-
-void store(float* triples, std::int64_t i, const Vector& v) {
-    triples[3 * i] = v.x;
-    triples[3 * i + 1] = v.y;
-    triples[3 * i + 2] = v.z;
-}
-
-float lengthOf(const Vector& v) {
-    return std::sqrt(v.x * v.x + v.y * v.y + v.z * v.z);
-}
-
-double distance(const Vector& a, const Vector& b) {
-    const double x = static_cast<double>(a.x) - static_cast<double>(b.x);
-    const double y = static_cast<double>(a.y) - static_cast<double>(b.y);
-    const double z = static_cast<double>(a.z) - static_cast<double>(b.z);
-    return std::sqrt(x * x + y * y + z * z);
+double distance(const float* vertices, std::int32_t a, std::int32_t b) {
+    return length(tripleAt<double>(vertices, a) - tripleAt<double>(vertices, b));
 }
 
 /// The cross product (a - b) x (b - c), of unit length unless the face is degenerate: it then keeps its tiny product.
 Vector faceNormal(const Vector& a, const Vector& b, const Vector& c) {
     constexpr float kDegenerate = 1.0e-7F;
-    const Vector n = {(a.y - b.y) * (b.z - c.z) - (a.z - b.z) * (b.y - c.y),
-                      (a.z - b.z) * (b.x - c.x) - (a.x - b.x) * (b.z - c.z),
-                      (a.x - b.x) * (b.y - c.y) - (a.y - b.y) * (b.x - c.x)};
-    const float length = lengthOf(n);
-    const float divisor = length <= kDegenerate ? 1.0F : length;
-    return {n.x / divisor, n.y / divisor, n.z / divisor};
+    const Vector n = cross(a - b, b - c);
+    const float size = length(n);
+    return n / (size <= kDegenerate ? 1.0F : size);
 }
 
 /// Each component is divided by a length that contains the components already divided: no true normalisation, but what
@@ -73,13 +52,15 @@ void Object3D::rebuildFaceNormals() {
     Vector sum = {0, 0, 0};
     for (std::int64_t face = 0; face < numFaces; ++face) {
         const std::int32_t* corner = vertexIndex.get() + 3 * face;
-        const Vector a = at(vertices.get(), corner[0]);
-        const Vector b = at(vertices.get(), corner[1]);
-        const Vector c = at(vertices.get(), corner[2]);
-        const Vector n = faceNormal(a, b, c);
-        store(faceNormals.get(), face, n);
-        meanEdgeLength += static_cast<float>((distance(a, b) + distance(b, c) + distance(c, a)) / 3.0);
-        sum = {sum.x + n.x, sum.y + n.y, sum.z + n.z};
+        const float* from = vertices.get();
+        const Vector n = faceNormal(tripleAt<float>(from, corner[0]), tripleAt<float>(from, corner[1]),
+                                    tripleAt<float>(from, corner[2]));
+        storeTriple(faceNormals.get(), face, n);
+        meanEdgeLength +=
+            static_cast<float>((distance(from, corner[0], corner[1]) + distance(from, corner[1], corner[2]) +
+                                distance(from, corner[2], corner[0])) /
+                               3.0);
+        sum = sum + n;
     }
     const auto count = static_cast<float>(numFaces);
     meanEdgeLength /= count;
@@ -94,9 +75,8 @@ void Object3D::rebuildVertexNormals() {
     const HeapArray<std::int32_t> incidentFaces = makeZeroedArray<std::int32_t>(numVertices);
     for (std::int64_t corner = 0; corner < 3 * std::int64_t{numFaces}; ++corner) {
         const std::int32_t vertex = vertexIndex[static_cast<std::size_t>(corner)];
-        const Vector n = at(faceNormals.get(), corner / 3);
-        const Vector sum = at(vertexNormals.get(), vertex);
-        store(vertexNormals.get(), vertex, {sum.x + n.x, sum.y + n.y, sum.z + n.z});
+        const Vector n = tripleAt<float>(faceNormals.get(), corner / 3);
+        storeTriple(vertexNormals.get(), vertex, tripleAt<float>(vertexNormals.get(), vertex) + n);
         ++incidentFaces[static_cast<std::size_t>(vertex)];
     }
     for (std::int64_t vertex = 0; vertex < numVertices; ++vertex) {
@@ -104,13 +84,9 @@ void Object3D::rebuildVertexNormals() {
         if (count == 0) {
             continue;
         }
-        const Vector sum = at(vertexNormals.get(), vertex);
-        const auto divisor = static_cast<float>(count);
-        const Vector mean = {sum.x / divisor, sum.y / divisor, sum.z / divisor};
-        const float length = lengthOf(mean);
-        const bool isZero = length == 0;
-        store(vertexNormals.get(), vertex,
-              isZero ? Vector{0, 0, 0} : Vector{mean.x / length, mean.y / length, mean.z / length});
+        const Vector mean = tripleAt<float>(vertexNormals.get(), vertex) / static_cast<float>(count);
+        const float size = length(mean);
+        storeTriple(vertexNormals.get(), vertex, size == 0 ? Vector{0, 0, 0} : mean / size);
     }
 }
 
