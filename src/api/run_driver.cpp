@@ -11,6 +11,9 @@
 #include "mesh/object3d.h"
 #include "talvek.h"
 #include "weathering/run_mesh_data.h"
+#include "weathering/run_mesh_offsetting.h"
+#include "weathering/run_mineral_grid.h"
+#include "weathering/run_mineral_mesh.h"
 
 namespace talvek {
 
@@ -22,10 +25,10 @@ struct OperatingMode {
 };
 
 constexpr OperatingMode kModes[] = {
-    {"Operating mode: Mesh Offsetting.\n", nullptr},
+    {"Operating mode: Mesh Offsetting.\n", runMeshOffsetting},
     {"Operating mode: Mesh Data only.\n", runMeshData},
-    {"Operating mode: Mesh & QEMSCAN Mineral Data.\n", nullptr},
-    {"Operating mode: Mesh & Grain-Weaver Mineral Data.\n", nullptr},
+    {"Operating mode: Mesh & QEMSCAN Mineral Data.\n", runMineralGrid},
+    {"Operating mode: Mesh & Grain-Weaver Mineral Data.\n", runMineralMesh},
 };
 
 // Empty where a model is not defined. The missing full stop has always been missing.
@@ -107,7 +110,7 @@ std::int32_t runMode(const OperatingMode& mode) {
 std::int32_t checkAndRun() {
     announceSession();
     const OperatingMode* mode = operatingMode(session().mode);
-    if (mode == nullptr || mode->run == nullptr) {
+    if (mode == nullptr) {
         return abortRun(TALVEK_ERROR_UNDEFINED_MODE, "Operating mode: Undefined!");
     }
     report(mode->line);

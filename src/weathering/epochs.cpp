@@ -20,9 +20,17 @@ void reportEnvironment(const EpochRecord& epoch) {
            {epoch.so2() * kGasScale, epoch.no2() * kGasScale, epoch.rv(), epoch.rph()});
 }
 
+void reportOffsetPerDay(const EpochRecord& epoch) {
+    report("offset per day: %.6f\n", {epoch.constantOffset()});
+}
+
+void reportDelta(double delta) {
+    report("delta = %.4f\n", {delta});
+}
+
 double reportedDelta(const EpochRecord& epoch) {
     const double delta = weatheringDelta(*session().materialParams, epoch, session().model);
-    report("delta = %.4f\n", {delta});
+    reportDelta(delta);
     return delta;
 }
 

@@ -4,10 +4,20 @@
 
 namespace talvek {
 
+namespace {
+
+template <typename T>
+bool isLost(const HeapArray<T>& original, const HeapArray<T>& copy) {
+    return original != nullptr && copy == nullptr;
+}
+
+}  // namespace
+
 std::unique_ptr<Object3D> workingCopy(const Object3D& mesh) {
     std::unique_ptr<Object3D> copy = copyMesh(mesh);
     // A copy goes on without an array it has no memory for, a run cannot.
-    if (mesh.vertexNormals != nullptr && copy->vertexNormals == nullptr) {
+    if (isLost(mesh.vertexNormals, copy->vertexNormals) || isLost(mesh.texels, copy->texels) ||
+        isLost(mesh.texelIndex, copy->texelIndex)) {
         throw std::bad_alloc();
     }
     return copy;

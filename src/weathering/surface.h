@@ -1,16 +1,26 @@
 // The surface that a run moves.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 
 #include "mesh/object3d.h"
 
 namespace talvek {
 
-/// A copy of the loaded mesh for a run to move, with its vertex normals. Throws std::bad_alloc.
+/// A copy of the loaded mesh for a run to move, with its vertex normals and its texture. Throws std::bad_alloc.
 std::unique_ptr<Object3D> workingCopy(const Object3D& mesh);
 
 /// Moves every vertex by the same distance, in millimetres, along its normal. The mesh has to have vertex normals.
 void moveAlongNormals(Object3D& mesh, float distance);
+
+/// Moves one vertex by a distance, in millimetres, along its normal. The mesh has to have vertex normals.
+inline void moveVertex(Object3D& mesh, std::int32_t vertex, float distance) {
+    float* position = mesh.vertices.get() + 3 * std::int64_t{vertex};
+    const float* normal = mesh.vertexNormals.get() + 3 * std::int64_t{vertex};
+    for (int k = 0; k < 3; ++k) {
+        position[k] = position[k] + distance * normal[k];
+    }
+}
 
 }  // namespace talvek

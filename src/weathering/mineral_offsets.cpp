@@ -1,0 +1,62 @@
+#include "weathering/mineral_offsets.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "weathering/mineral_classes.h"
+#include "weathering/surface.h"
+
+namespace talvek {
+
+namespace {
+
+/// V texel numbers: that of the last corner which names the vertex, 0 for a vertex without faces.
+HeapArray<std::int32_t> texelOfVertices(const Object3D& mesh) {
+    HeapArray<std::int32_t> texelOf = makeZeroedArray<std::int32_t>(mesh.numVertices);
+    for (std::size_t corner = 0; corner < mesh.faceSpan().size(); ++corner) {
+        texelOf[static_cast<std::size_t>(mesh.vertexIndex[corner])] = mesh.texelIndex[corner];
+    }
+    return texelOf;
+}
+
+bool isInside(float cell, std::int32_t size) {
+    return cell >= 0 && static_cast<double>(cell) < size;
+}
+
+/// The pixel under a texel; null where there is none. The column is found in single precision: what rounding takes
+/// from it is part of the result.
+const float* pixelUnder(const Object3D& mesh, const MineralMap& map, std::int32_t texel) {
+    if (texel < 0 || texel >= mesh.numTexels) {
+        return nullptr;
+    }
+    const float* coordinates = mesh.texels.get() + 2 * std::int64_t{texel};
+    const float x = std::floor(static_cast<float>(map.width) * coordinates[0]);
+    const float y = std::floor(static_cast<float>(map.height) * coordinates[1]);
+    if (!isInside(x, map.width) || !isInside(y, map.height)) {
+        return nullptr;
+    }
+    return map.pixel(static_cast<std::int64_t>(x), static_cast<std::int64_t>(y));
+}
+
+}  // namespace
+
+bool hasTexture(const Object3D& mesh) {
+    return mesh.texels != nullptr && mesh.texelIndex != nullptr && mesh.numTexels > 0;
+}
+
+void applyMineralOffsets(Object3D& mesh, const MineralMap& map, float delta) {
+    if (map.channels != 3) {
+        return;
+    }
+    const HeapArray<std::int32_t> texelOf = texelOfVertices(mesh);
+    float pixel[3] = {};
+    for (std::int32_t vertex = 0; vertex < mesh.numVertices; ++vertex) {
+        if (const float* found = pixelUnder(mesh, map, texelOf[static_cast<std::size_t>(vertex)])) {
+            std::copy(found, found + 3, pixel);
+        }
+        const float factor = mineralFactor(mineralClassOf(pixel[0], pixel[1], pixel[2]));
+        moveVertex(mesh, vertex, delta * factor);
+    }
+}
+
+}  // namespace talvek

@@ -1,0 +1,10 @@
+#include "weathering/random.h"
+
+namespace talvek {
+
+RandomGenerator& randomGenerator() {
+    static RandomGenerator instance;
+    return instance;
+}
+
+}  // namespace talvek

@@ -1,0 +1,110 @@
+#include "weathering/run_mesh_offsetting.h"
+
+#include <memory>
+#include <new>
+
+#include "api/report.h"
+#include "api/session.h"
+#include "mesh/shape_index.h"
+#include "talvek.h"
+#include "weathering/epochs.h"
+#include "weathering/frames.h"
+#include "weathering/gaussian_offset.h"
+#include "weathering/surface.h"
+
+namespace talvek {
+
+namespace {
+
+/// Null when there is no memory for it.
+std::unique_ptr<ShapeIndex> tryComputeShapeIndex(Object3D& surface) {
+    try {
+        auto shapeIndex = std::make_unique<ShapeIndex>(&surface, ShapeIndex::History::kForgotten);
+        shapeIndex->compute();
+        return shapeIndex;
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
+
+std::unique_ptr<ShapeIndex> reportedShapeIndex(Object3D& surface) {
+    std::unique_ptr<ShapeIndex> shapeIndex = tryComputeShapeIndex(surface);
+    report(shapeIndex != nullptr ? "\tShape Index created!\n" : "\tShape Index NOT created!\n");
+    // The other models do without curvature.
+    if (shapeIndex == nullptr && session().model == TALVEK_MODEL_SMOOTHING) {
+        throw std::bad_alloc();
+    }
+    return shapeIndex;
+}
+
+/// How far an epoch moves the surface under each model.
+struct EpochOffsets {
+    double constant;
+    double mean;
+    double sigma;
+    double smooth;
+};
+
+EpochOffsets reportedOffsets(const EpochRecord& epoch) {
+    const double days = epoch.days();
+    const EpochOffsets offsets = {.constant = epoch.constantOffset() * days,
+                                  .mean = epoch.meanOffset() * days,
+                                  .sigma = epoch.offsetSpread() * days,
+                                  .smooth = epoch.smoothing() * days};
+    reportOffsetPerDay(epoch);
+    report("delta const= %.6f\n", {offsets.constant});
+    report("delta mean= %.6f\n", {offsets.mean});
+    report("delta sigma = %.6f\n", {offsets.sigma});
+    report("delta smooth = %.6f\n", {offsets.smooth});
+    return offsets;
+}
+
+void moveRandomly(Object3D& surface, float mean, float sigma) {
+    for (std::int32_t vertex = 0; vertex < surface.numVertices; ++vertex) {
+        moveVertex(surface, vertex, static_cast<float>(gaussianOffset(mean, sigma)));
+    }
+}
+
+void moveByCurvature(Object3D& surface, float smooth) {
+    for (std::int32_t vertex = 0; vertex < surface.numVertices; ++vertex) {
+        moveVertex(surface, vertex, surface.meanCurvature[static_cast<std::size_t>(vertex)] * smooth);
+    }
+}
+
+void moveByModel(Object3D& surface, const EpochOffsets& offsets) {
+    switch (session().model) {
+        case TALVEK_MODEL_CONSTANT_OFFSET:
+            moveAlongNormals(surface, static_cast<float>(offsets.constant));
+            break;
+        case TALVEK_MODEL_RANDOM_OFFSET:
+            moveRandomly(surface, static_cast<float>(offsets.mean), static_cast<float>(offsets.sigma));
+            break;
+        case TALVEK_MODEL_SMOOTHING:
+            moveByCurvature(surface, static_cast<float>(offsets.smooth));
+            break;
+        default:
+            break;
+    }
+}
+
+}  // namespace
+
+void runMeshOffsetting(const Object3D& mesh) {
+    const TalvekSession& current = session();
+    const std::unique_ptr<Object3D> surface = workingCopy(mesh);
+    const std::unique_ptr<ShapeIndex> shapeIndex = reportedShapeIndex(*surface);
+    reportNumEpochs(current.numEpochs);
+    for (std::int32_t n = 1; n <= current.numEpochs; ++n) {
+        const EpochRecord& epoch = current.epochTable.epoch(n);
+        reportEpochLength(n, epoch);
+        moveByModel(*surface, reportedOffsets(epoch));
+        surface->updateNormals(true);
+        if (shapeIndex != nullptr) {
+            shapeIndex->compute();
+        }
+        saveFrame(*surface, n);
+    }
+    writeSummary(mesh, *surface);
+}
+
+}  // namespace talvek
