@@ -196,7 +196,7 @@ TEST_F(Output, TellsThatADeviceIsFull) {
 
 TEST_F(Output, KeepsTheOldFileWhenThereIsNoRoomForTheNewOne) {
     writeFile(path_, "old");
-    for (const std::size_t size : {1001, 300000}) {
+    for (const std::size_t size : {std::size_t{1001}, std::size_t{300000}}) {
         EXPECT_TRUE(holdsUnder(Restriction::kFilesUpTo1000Bytes,
                                [this, size] { return !writeWhole(path_, std::string(size, 'x')); }));
         EXPECT_EQ(readFile(path_), "old");
