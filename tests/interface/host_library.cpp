@@ -15,31 +15,56 @@ namespace talvek::test {
 namespace {
 
 #ifdef _WIN32
-void* loadLibrary() {
-    return reinterpret_cast<void*>(::LoadLibraryA(TALVEK_LIBRARY));
+void* loadLibrary(const char* path) {
+    return reinterpret_cast<void*>(::LoadLibraryA(path));
+}
+void unloadLibrary(void* library) {
+    ::FreeLibrary(static_cast<HMODULE>(library));
 }
 void* findSymbol(void* library, const char* name) {
     return reinterpret_cast<void*>(::GetProcAddress(static_cast<HMODULE>(library), name));
 }
 #else
-void* loadLibrary() {
-    return ::dlopen(TALVEK_LIBRARY, RTLD_NOW | RTLD_LOCAL);
+void* loadLibrary(const char* path) {
+    return ::dlopen(path, RTLD_NOW | RTLD_LOCAL);
+}
+void unloadLibrary(void* library) {
+    ::dlclose(library);
 }
 void* findSymbol(void* library, const char* name) {
     return ::dlsym(library, name);
 }
 #endif
 
-}  // namespace
-
-void* symbolAddress(const char* name) {
-    static void* const library = loadLibrary();
+void* symbolIn(void* library, const char* name) {
     void* address = library != nullptr ? findSymbol(library, name) : nullptr;
     if (address == nullptr) {
         std::fprintf(stderr, "cannot find %s in %s\n", name, TALVEK_LIBRARY);
         std::exit(EXIT_FAILURE);
     }
     return address;
+}
+
+}  // namespace
+
+void* symbolAddress(const char* name) {
+    static void* const library = loadLibrary(TALVEK_LIBRARY);
+    return symbolIn(library, name);
+}
+
+LibraryCopy::LibraryCopy() {
+    const std::filesystem::path original = TALVEK_LIBRARY;
+    const std::string copy = folder_.file("Copy" + original.extension().string());
+    std::filesystem::copy_file(original, copy);
+    library_ = loadLibrary(copy.c_str());
+}
+
+LibraryCopy::~LibraryCopy() {
+    unloadLibrary(library_);
+}
+
+void* LibraryCopy::address(const char* name) const {
+    return symbolIn(library_, name);
 }
 
 void resetSession() {

@@ -1,0 +1,167 @@
+// From a file's name to a finished mesh, and the report of those that fail.
+#include "Vexo_Lib/load3d.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+
+#include "Vexo_Lib/error_report.h"
+#include "support/report_text.h"
+#include "support/test_files.h"
+
+namespace talvek::test {
+namespace {
+
+constexpr std::string_view kTriangle = "v 0 -3 0\nv 2 0 0\nv 0 1 0.5\nf 1 2 3\n";
+
+class Load : public ::testing::Test {
+  protected:
+    std::unique_ptr<Object3D> load(std::string_view name, std::string_view text = kTriangle) {
+        path_ = folder_.file(name);
+        writeFile(path_, text);
+        ::testing::internal::CaptureStderr();
+        std::unique_ptr<Object3D> mesh = LoadMeshFile(path_.c_str());
+        report_ = ::testing::internal::GetCapturedStderr();
+        return mesh;
+    }
+
+    TempFolder folder_;
+    std::string path_;
+    std::string report_;
+};
+
+TEST_F(Load, FinishesTheMesh) {
+    const auto mesh = load("a.obj");
+    ASSERT_NE(mesh, nullptr);
+    EXPECT_NE(mesh->vertexNormals, nullptr);
+    EXPECT_NE(mesh->faceNormals, nullptr);
+    EXPECT_GT(mesh->meanEdgeLength, 0);
+    EXPECT_EQ(mesh->nameText(), path_);
+    EXPECT_EQ(mesh->largestCoordinate, 3);
+    EXPECT_EQ(report_, "");
+}
+
+TEST_F(Load, KnowsExtensionsInLowerOrUpperCase) {
+    EXPECT_NE(load("model.obj"), nullptr);
+    EXPECT_NE(load("model.OBJ"), nullptr);
+}
+
+TEST_F(Load, KnowsNoOtherExtension) {
+    for (const char* name : {"model.Obj", "model.oBJ", "model.objx", "model.ob", "model.obj~", "model", "model.txt"}) {
+        EXPECT_EQ(load(name), nullptr) << name;
+        EXPECT_EQ(report_, "") << name;
+    }
+}
+
+TEST_F(Load, OnlyTheLastDotCounts) {
+    EXPECT_NE(load("archive.tar.obj"), nullptr);
+    EXPECT_EQ(load("archive.obj.tar"), nullptr);
+}
+
+TEST_F(Load, TheLastDotMayStandInAFolder) {
+    std::filesystem::create_directory(folder_.file("dir.obj"));
+    EXPECT_EQ(load("dir.obj/mesh"), nullptr);
+    EXPECT_EQ(LoadMeshFile("C:\\my.dir\\model"), nullptr);
+    EXPECT_EQ(LoadMeshFile("."), nullptr);
+    EXPECT_EQ(LoadMeshFile("model."), nullptr);
+    EXPECT_EQ(LoadMeshFile(""), nullptr);
+}
+
+TEST_F(Load, AFileThatIsNotThereIsNoMesh) {
+    ::testing::internal::CaptureStderr();
+    EXPECT_EQ(LoadMeshFile(folder_.file("absent.obj").c_str()), nullptr);
+    EXPECT_EQ(::testing::internal::GetCapturedStderr(), "");
+}
+
+TEST_F(Load, AnEmptyFileIsAnEmptyMesh) {
+    const auto mesh = load("a.obj", "");
+    ASSERT_NE(mesh, nullptr);
+    EXPECT_EQ(mesh->numVertices, 0);
+    EXPECT_EQ(mesh->largestCoordinate, 0);
+    EXPECT_NE(mesh->vertexNormals, nullptr);
+}
+
+TEST_F(Load, RefusesFacesOfVerticesThatAreNotThere) {
+    for (const char* face : {"f 1 2 4", "f 0 1 2", "f -1 -2 -3", "f 1 2 2147483647", "f 1 2 x", "f 99999999999 1 1"}) {
+        EXPECT_EQ(load("a.obj", std::string(kTriangle) + face + "\n"), nullptr) << face;
+        const std::size_t last = report_.find("face index out of range in " + path_ + "\n");
+        EXPECT_NE(last, std::string::npos) << report_;
+    }
+}
+
+TEST_F(Load, RefusesFacesWithoutAnyVertex) {
+    EXPECT_EQ(load("a.obj", "f 1 1 1\n"), nullptr);
+}
+
+TEST_F(Load, ReportsInThreeLines) {
+    load("a.obj", "f 1 1 1\n");
+    const std::string prefix = "(TIME) load3d.cpp:LINE >> ";
+    EXPECT_EQ(comparableReport(report_), prefix + "ERROR INFORMATION BELOW\n" + prefix +
+                                             "Current dir: " + std::filesystem::current_path().string() + "\n" +
+                                             prefix + "face index out of range in " + path_ + "\n");
+}
+
+TEST_F(Load, TexelsThatAreNotThereAreTheConsumersConcern) {
+    const auto mesh = load("a.obj", "v 0 0 0\nf 1/5 1/-3 1/2147483647\n");
+    ASSERT_NE(mesh, nullptr);
+    EXPECT_EQ(mesh->texelIndex[0], 4);
+    EXPECT_EQ(mesh->texelIndex[1], -4);
+}
+
+#ifndef _WIN32
+TEST_F(Load, ALongPathFillsTheNameWithoutATerminator) {
+    const std::string folder = folder_.path() + "/";
+    for (const std::size_t length : {255, 256, 257, 300}) {
+        std::string name(length - folder.size(), 'n');
+        // No single name may be longer than 255 characters.
+        name[name.size() / 2] = '/';
+        std::filesystem::create_directories(folder + name.substr(0, name.size() / 2));
+        const auto mesh = load(name.substr(0, name.size() - 4) + ".obj");
+        ASSERT_NE(mesh, nullptr) << length;
+        EXPECT_EQ(path_.size(), length);
+        EXPECT_EQ(mesh->nameText(), path_.substr(0, 256));
+        EXPECT_EQ(mesh->name[255] == '\0', length == 255);
+    }
+}
+#endif
+
+TEST_F(Load, AShortNameIsFollowedByNothing) {
+    const auto mesh = load("a.obj");
+    for (std::size_t i = path_.size(); i < Object3D::kTextSize; ++i) {
+        ASSERT_EQ(mesh->name[i], '\0');
+    }
+}
+
+TEST(ErrorReport, SourceNamesAreCutAtEitherSeparator) {
+    EXPECT_EQ(SourceBaseName("a/b\\c/d.src"), "d.src");
+    EXPECT_EQ(SourceBaseName("a/b\\d.src"), "d.src");
+    EXPECT_EQ(SourceBaseName("file.src"), "file.src");
+    EXPECT_EQ(SourceBaseName("folder/"), "");
+    EXPECT_EQ(SourceBaseName(""), "");
+    EXPECT_EQ(SourceBaseName(nullptr), "");
+}
+
+TEST(ErrorReport, TheTimeStandsInParentheses) {
+    const std::string stamp = ErrorTimeStamp();
+    EXPECT_TRUE(stamp.starts_with('(') && stamp.ends_with(')') && isTimeOfDay(stamp.substr(1, stamp.size() - 2)))
+        << stamp;
+}
+
+TEST(ErrorReport, TheWorkingDirectoryIsTold) {
+    EXPECT_EQ(CurrentDirectory(), std::filesystem::current_path().string());
+}
+
+TEST(ErrorReport, GoesToStandardErrorAlone) {
+    ::testing::internal::CaptureStdout();
+    ::testing::internal::CaptureStderr();
+    reportError({"x/y/reader.cpp", 42}, "Cannot open ", "a%s.bin");
+    EXPECT_EQ(::testing::internal::GetCapturedStdout(), "");
+    const std::string prefix = "(TIME) reader.cpp:LINE >> ";
+    EXPECT_EQ(comparableReport(::testing::internal::GetCapturedStderr()),
+              prefix + "ERROR INFORMATION BELOW\n" + prefix + "Current dir: " + CurrentDirectory() + "\n" + prefix +
+                  "Cannot open a%s.bin\n");
+}
+
+}  // namespace
+}  // namespace talvek::test
