@@ -4,8 +4,12 @@
 #include <cstring>
 #include <string_view>
 
+#include "Vexo_Lib/bin.h"
 #include "Vexo_Lib/error_report.h"
+#include "Vexo_Lib/fim.h"
 #include "Vexo_Lib/obj.h"
+#include "Vexo_Lib/sas.h"
+#include "Vexo_Lib/wrl.h"
 
 namespace talvek {
 
@@ -20,6 +24,10 @@ struct MeshFormat {
 };
 
 constexpr MeshFormat kFormats[] = {
+    {".wrl", ".WRL", [](const char* path) { return ReadWrlFile(path, true); }},
+    {".sas", ".SAS", LoadSasFile},
+    {".bin", ".BIN", ReadBinFile},
+    {".fim", ".FIM", LoadFimFile},
     {".obj", ".OBJ", [](const char* path) { return ReadObjFile(path, true); }},
 };
 

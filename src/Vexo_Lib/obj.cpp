@@ -69,20 +69,11 @@ void readRecords(TextScanner& scanner, ObjRecords& records) {
     }
 }
 
-/// Throws std::bad_alloc for more records than a mesh can count.
-std::int32_t recordCount(std::int64_t values, std::int64_t valuesPerRecord) {
-    const std::int64_t count = values / valuesPerRecord;
-    if (count > std::numeric_limits<std::int32_t>::max()) {
-        throw std::bad_alloc();
-    }
-    return static_cast<std::int32_t>(count);
-}
-
 std::unique_ptr<Object3D> buildMesh(ObjRecords& records) {
     auto mesh = std::make_unique<Object3D>();
-    mesh->numVertices = recordCount(records.coordinates.count(), 3);
-    mesh->numTexels = recordCount(records.texels.count(), 2);
-    mesh->numFaces = recordCount(records.vertexIndices.count(), 3);
+    mesh->numVertices = records.coordinates.recordCount(3);
+    mesh->numTexels = records.texels.recordCount(2);
+    mesh->numFaces = records.vertexIndices.recordCount(3);
     mesh->vertices = records.coordinates.takeArray();
     mesh->texels = records.texels.takeArray();
     mesh->vertexIndex = records.vertexIndices.takeArray();

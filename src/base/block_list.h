@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <limits>
 #include <utility>
 
 #include "base/heap_array.h"
@@ -24,6 +25,16 @@ class BlockList {
     }
 
     std::int64_t count() const { return count_; }
+
+    /// How many whole records of `valuesPerRecord` values the list holds. Throws std::bad_alloc for more than a mesh can
+    /// count.
+    std::int32_t recordCount(std::int64_t valuesPerRecord) const {
+        const std::int64_t records = count_ / valuesPerRecord;
+        if (records > std::numeric_limits<std::int32_t>::max()) {
+            throw std::bad_alloc();
+        }
+        return static_cast<std::int32_t>(records);
+    }
 
     /// Throws std::bad_alloc; the list then holds what it held.
     void append(T value) {

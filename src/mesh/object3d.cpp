@@ -28,6 +28,11 @@ std::string_view Object3D::nameText() const {
     return {name, fieldLength(name)};
 }
 
+void setText(char (&field)[Object3D::kTextSize], std::string_view text) {
+    std::memset(field, 0, sizeof field);
+    appendWhatFits(field, text);
+}
+
 std::unique_ptr<Object3D> cloneMesh(const Object3D& mesh) {
     auto clone = std::make_unique<Object3D>();
     clone->numFaces = mesh.numFaces;

@@ -90,6 +90,9 @@ class Object3D : public ObjCurvature, public ObjVertexWeight {
     void rebuildVertexNormals();
 };
 
+/// Fills a text field of a mesh: cut where it does not fit, always terminated.
+void setText(char (&field)[Object3D::kTextSize], std::string_view text);
+
 /// Copies positions, faces, name and label of a mesh; " (clone)" is added to the name as far as it fits. The clone has
 /// no normals and no texels. Throws std::bad_alloc.
 std::unique_ptr<Object3D> cloneMesh(const Object3D& mesh);

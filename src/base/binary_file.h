@@ -1,0 +1,87 @@
+// Reads binary files whose counts come from the file itself and are therefore not believed.
+#pragma once
+
+#include <cstdint>
+
+#include "base/heap_array.h"
+#include "base/input_file.h"
+#include "base/little_endian.h"
+
+namespace talvek {
+
+/// A file of little-endian values of 32 bits, read from front to back. What the file does not hold reads as 0.
+class BinaryFile {
+  public:
+    /// The bytes that a file may promise beyond its end before it counts as damaged.
+    static constexpr std::int64_t kLargestPromise = std::int64_t{256} << 20;
+
+    explicit BinaryFile(const char* path) : file_(path) {}
+
+    bool isOpen() const { return file_.isOpen(); }
+
+    /// False for a pipe or a device.
+    bool isRegular() const { return file_.remaining() >= 0; }
+
+    /// Whether more has been asked for than the file holds.
+    bool isShort() const { return missing_ > 0; }
+
+    void readBytes(char* to, std::size_t size) {
+        std::memset(to, 0, size);
+        fill(to, size);
+    }
+
+    std::int32_t readInt() {
+        char bytes[sizeof(std::int32_t)];
+        readBytes(bytes, sizeof bytes);
+        return fromLittleEndian<std::int32_t>(bytes);
+    }
+
+    /// Says that `count` values of four bytes are going to be read. Throws std::bad_alloc for a negative count, one that
+    /// no memory can hold, and one that makes the file promise more than kLargestPromise bytes beyond its end.
+    void expect(std::int64_t count) const {
+        const auto size = static_cast<std::int64_t>(arrayBytes<std::int32_t>(count));
+        const std::int64_t remaining = file_.remaining();
+        const std::int64_t beyond = remaining >= 0 && size > remaining ? size - remaining : 0;
+        if (beyond > kLargestPromise - missing_) {
+            throw std::bad_alloc();
+        }
+    }
+
+    /// An array of `count` values, with room for `spare` more. Throws std::bad_alloc as expect does.
+    template <typename T>
+    HeapArray<T> readArray(std::int64_t count, std::int64_t spare = 0) {
+        expect(count);
+        // Pages of zeros that nothing is read into cost no memory.
+        HeapArray<T> array = makeZeroedArray<T>(count + spare);
+        fill(array.get(), arrayBytes<T>(count));
+        // The length of a pipe shows only now.
+        expect(0);
+        fromLittleEndianInPlace(array.get(), static_cast<std::size_t>(count));
+        return array;
+    }
+
+    /// The same where the file may do without the array: null when it holds less than the whole of it, or when there is
+    /// nothing to hold. Throws std::bad_alloc.
+    template <typename T>
+    HeapArray<T> readWholeArray(std::int64_t count) {
+        const std::size_t size = arrayBytes<T>(count);
+        const std::int64_t remaining = file_.remaining();
+        if (size == 0 || (remaining >= 0 && remaining < static_cast<std::int64_t>(size))) {
+            return nullptr;
+        }
+        HeapArray<T> array = makeZeroedArray<T>(count);
+        if (file_.read(array.get(), size) < size) {
+            return nullptr;
+        }
+        fromLittleEndianInPlace(array.get(), static_cast<std::size_t>(count));
+        return array;
+    }
+
+  private:
+    void fill(void* to, std::size_t size) { missing_ += static_cast<std::int64_t>(size - file_.read(to, size)); }
+
+    InputFile file_;
+    std::int64_t missing_ = 0;
+};
+
+}  // namespace talvek
