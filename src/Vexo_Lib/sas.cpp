@@ -32,9 +32,7 @@ Loaded load(const char* path) {
 }
 
 /// The mesh has been read: failing to replace its file is no reason to lose it.
-void upgrade(const char* path, const Object3D& mesh) try {
-    WriteSasFile(path, mesh);
-} catch (const std::bad_alloc&) {
+void upgrade(const char* path, const Object3D& mesh) try { WriteSasFile(path, mesh); } catch (const std::bad_alloc&) {
     reportError(TALVEK_HERE, "Cannot create ", path);
 }
 

@@ -163,6 +163,9 @@ std::unique_ptr<Object3D> ReadWrlFile(const char* path, bool /*flag*/) try {
     }
     WrlReader reader(file);
     reader.readNodes();
+    if (file.hasFailed()) {
+        throw std::bad_alloc();
+    }
     if (!reader.hasPolygons()) {
         reportError(TALVEK_HERE, "The file ", std::string(path) + " doesn't have polygons ");
         return nullptr;

@@ -9,7 +9,8 @@
 
 namespace talvek {
 
-/// A file of little-endian values of 32 bits, read from front to back. What the file does not hold reads as 0.
+/// A file of little-endian values of 32 bits, read from front to back. What the file does not hold reads as 0. Where
+/// the file holds more and a read fails all the same, every function throws std::bad_alloc.
 class BinaryFile {
   public:
     /// The bytes that a file may promise beyond its end before it counts as damaged.
@@ -36,8 +37,8 @@ class BinaryFile {
         return fromLittleEndian<std::int32_t>(bytes);
     }
 
-    /// Says that `count` values of four bytes are going to be read. Throws std::bad_alloc for a negative count, one that
-    /// no memory can hold, and one that makes the file promise more than kLargestPromise bytes beyond its end.
+    /// Says that `count` values of four bytes are going to be read. Throws std::bad_alloc for a negative count, one
+    /// that no memory can hold, and one that makes the file promise more than kLargestPromise bytes beyond its end.
     void expect(std::int64_t count) const {
         const auto size = static_cast<std::int64_t>(arrayBytes<std::int32_t>(count));
         const std::int64_t remaining = file_.remaining();
@@ -70,7 +71,7 @@ class BinaryFile {
             return nullptr;
         }
         HeapArray<T> array = makeZeroedArray<T>(count);
-        if (file_.read(array.get(), size) < size) {
+        if (read(array.get(), size) < size) {
             return nullptr;
         }
         fromLittleEndianInPlace(array.get(), static_cast<std::size_t>(count));
@@ -78,7 +79,15 @@ class BinaryFile {
     }
 
   private:
-    void fill(void* to, std::size_t size) { missing_ += static_cast<std::int64_t>(size - file_.read(to, size)); }
+    std::size_t read(void* to, std::size_t size) {
+        const std::size_t got = file_.read(to, size);
+        if (file_.hasFailed()) {
+            throw std::bad_alloc();
+        }
+        return got;
+    }
+
+    void fill(void* to, std::size_t size) { missing_ += static_cast<std::int64_t>(size - read(to, size)); }
 
     InputFile file_;
     std::int64_t missing_ = 0;

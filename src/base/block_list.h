@@ -26,8 +26,8 @@ class BlockList {
 
     std::int64_t count() const { return count_; }
 
-    /// How many whole records of `valuesPerRecord` values the list holds. Throws std::bad_alloc for more than a mesh can
-    /// count.
+    /// How many whole records of `valuesPerRecord` values the list holds. Throws std::bad_alloc for more than a mesh
+    /// can count.
     std::int32_t recordCount(std::int64_t valuesPerRecord) const {
         const std::int64_t records = count_ / valuesPerRecord;
         if (records > std::numeric_limits<std::int32_t>::max()) {

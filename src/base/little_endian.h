@@ -14,8 +14,8 @@ T fromLittleEndian(const void* bytes) {
     static_assert(sizeof(T) == 4 && std::is_trivially_copyable_v<T>);
     unsigned char byte[4];
     std::memcpy(byte, bytes, sizeof byte);
-    const std::uint32_t bits = byte[0] | std::uint32_t{byte[1]} << 8 | std::uint32_t{byte[2]} << 16 |
-                               std::uint32_t{byte[3]} << 24;
+    const std::uint32_t bits =
+        byte[0] | std::uint32_t{byte[1]} << 8 | std::uint32_t{byte[2]} << 16 | std::uint32_t{byte[3]} << 24;
     T value;
     std::memcpy(&value, &bits, sizeof value);
     return value;

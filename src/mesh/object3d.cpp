@@ -17,7 +17,7 @@ void appendWhatFits(char* field, std::string_view text) {
     const std::size_t length = fieldLength(field);
     if (length < Object3D::kTextSize) {
         const std::size_t kept = std::min(text.size(), Object3D::kTextSize - 1 - length);
-        std::memcpy(field + length, text.data(), kept);
+        text.copy(field + length, kept);
         field[length + kept] = '\0';
     }
 }
