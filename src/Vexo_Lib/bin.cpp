@@ -49,6 +49,7 @@ std::unique_ptr<Object3D> ReadBinFile(const char* path) try {
     auto mesh = std::make_unique<Object3D>();
     mesh->numVertices = file.readInt();
     mesh->numFaces = file.readInt();
+    file.expect(3 * (std::int64_t{mesh->numVertices} + mesh->numFaces));
     mesh->vertices = file.readArray<float>(3 * std::int64_t{mesh->numVertices});
     mesh->vertexIndex = file.readArray<std::int32_t>(3 * std::int64_t{mesh->numFaces});
     LabelBlock label;

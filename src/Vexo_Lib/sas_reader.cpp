@@ -4,7 +4,9 @@ namespace talvek {
 
 namespace {
 
-std::unique_ptr<Object3D> startMesh(const SasHeader& header, const char* path) {
+/// Throws std::bad_alloc when the counts cannot be true.
+std::unique_ptr<Object3D> startMesh(const BinaryFile& file, const SasHeader& header, const char* path) {
+    file.expect(3 * std::int64_t{header.numVertices} + 9 * std::int64_t{header.numFaces});
     auto mesh = std::make_unique<Object3D>();
     setText(mesh->name, path);
     mesh->flag = 0;
@@ -16,7 +18,6 @@ std::unique_ptr<Object3D> startMesh(const SasHeader& header, const char* path) {
 /// Reads three arrays of one component each into an array of triples.
 template <typename T>
 HeapArray<T> readPlanes(BinaryFile& file, std::int64_t count) {
-    file.expect(3 * count);
     HeapArray<T> triples = makeZeroedArray<T>(3 * count);
     for (std::int64_t component = 0; component < 3; ++component) {
         const HeapArray<T> plane = file.readArray<T>(count);
@@ -40,7 +41,7 @@ SasHeader readSasHeader(BinaryFile& file) {
 }
 
 std::unique_ptr<Object3D> readPlanarSas(BinaryFile& file, const SasHeader& header, const char* path) {
-    std::unique_ptr<Object3D> mesh = startMesh(header, path);
+    std::unique_ptr<Object3D> mesh = startMesh(file, header, path);
     mesh->vertices = readPlanes<float>(file, header.numVertices);
     mesh->vertexIndex = readPlanes<std::int32_t>(file, header.numFaces);
     mesh->faceColours = readPlanes<float>(file, header.numFaces);
@@ -49,7 +50,7 @@ std::unique_ptr<Object3D> readPlanarSas(BinaryFile& file, const SasHeader& heade
 }
 
 std::unique_ptr<Object3D> readInterleavedSas(BinaryFile& file, const SasHeader& header, const char* path) {
-    std::unique_ptr<Object3D> mesh = startMesh(header, path);
+    std::unique_ptr<Object3D> mesh = startMesh(file, header, path);
     const std::int64_t faceValues = 3 * std::int64_t{header.numFaces};
     const std::int64_t vertexValues = 3 * std::int64_t{header.numVertices};
     // The vertex array has room for one vertex more.

@@ -54,10 +54,10 @@ class BinaryFile {
         expect(count);
         // Pages of zeros that nothing is read into cost no memory.
         HeapArray<T> array = makeZeroedArray<T>(count + spare);
-        fill(array.get(), arrayBytes<T>(count));
+        const std::size_t got = fill(array.get(), arrayBytes<T>(count));
         // The length of a pipe shows only now.
         expect(0);
-        fromLittleEndianInPlace(array.get(), static_cast<std::size_t>(count));
+        fromLittleEndianInPlace(array.get(), (got + sizeof(T) - 1) / sizeof(T));
         return array;
     }
 
@@ -87,7 +87,11 @@ class BinaryFile {
         return got;
     }
 
-    void fill(void* to, std::size_t size) { missing_ += static_cast<std::int64_t>(size - read(to, size)); }
+    std::size_t fill(void* to, std::size_t size) {
+        const std::size_t got = read(to, size);
+        missing_ += static_cast<std::int64_t>(size - got);
+        return got;
+    }
 
     InputFile file_;
     std::int64_t missing_ = 0;

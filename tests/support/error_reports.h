@@ -1,0 +1,27 @@
+// What readers write to standard error.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace talvek::test {
+
+/// Catches standard error from now on; lines() ends that and gives what came, without line ends.
+class CaughtReports {
+  public:
+    CaughtReports();
+    CaughtReports(const CaughtReports&) = delete;
+    CaughtReports& operator=(const CaughtReports&) = delete;
+    ~CaughtReports();
+
+    std::vector<std::string> lines();
+
+  private:
+    bool isOpen_ = true;
+};
+
+/// Fails the test unless the lines are one report block made in this source file: three lines of the same time, source
+/// and line number, which announce, name the working directory, and say `message`.
+void expectReportBlock(const std::vector<std::string>& lines, const std::string& source, const std::string& message);
+
+}  // namespace talvek::test
