@@ -292,7 +292,7 @@ int32_t talvekReadParams(void) {
 
 int32_t talvekSaveParams(void) {
     const TalvekSession& current = session();
-    if (current.materialParams == nullptr || current.epochTable.size < current.numEpochs) {
+    if (current.materialParams == nullptr || !current.epochTable || current.epochTable.size < current.numEpochs) {
         return TALVEK_ERROR_NULL;
     }
     return guarded(TALVEK_ERROR_RANGE, [] { return talvek::writeParameterFile() ? TALVEK_OK : TALVEK_ERROR_RANGE; });

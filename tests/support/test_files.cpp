@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <fstream>
-#include <iterator>
 #include <random>
 #include <vector>
 
@@ -47,7 +46,12 @@ void writeFile(const std::string& path, std::string_view bytes) {
 std::string readFile(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
     EXPECT_TRUE(file.is_open()) << path;
-    return {std::istreambuf_iterator<char>(file), {}};
+    std::string bytes;
+    char piece[65536];
+    while (file.read(piece, sizeof piece) || file.gcount() > 0) {
+        bytes.append(piece, static_cast<std::size_t>(file.gcount()));
+    }
+    return bytes;
 }
 
 bool exists(const std::string& path) {
