@@ -15,6 +15,8 @@ write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/TalvekAPIConfigVers
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/TalvekAPIConfig.cmake ${CMAKE_CURRENT_BINARY_DIR}/TalvekAPIConfigVersion.cmake
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/TalvekAPI)
 
+# Told from where the file itself lies, so that the package can be installed anywhere.
+file(RELATIVE_PATH talvek_pc_prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(cmake/talvek.pc.in talvek.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/talvek.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 if(TARGET talvek)
