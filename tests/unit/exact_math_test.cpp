@@ -235,7 +235,25 @@ constexpr std::array<std::array<double, 3>, 64> kArcTangent2fCases{{
 }};
 constexpr std::uint64_t kArcTangent2fChecksum = 0xccb77a39d46d0f70;
 
-constexpr std::array<std::array<double, 3>, 64> kPowerCases{{
+constexpr std::array<std::array<double, 3>, 89> kPowerCases{{
+    {0x1.057121c045a5dp-1, 0x1.b82906caef8b4p-1, 0x1.1f4c1c71284ccp-1},
+    {0x1.40855af8de624p0, 0x1.2b86591068890p1, 0x1.b12d79f68dc29p0},
+    {0x1.f216930e53a6fp-1, 0x1.1d0ec99c595dcp1, 0x1.e18899052f8d2p-1},
+    {0x1.42b53b78bc543p-1, -0x1.63d37a1bf7760p-4, 0x1.0a79413fcdf4fp0},
+    {0x1.991813623db62p-2, -0x1.df55c0d428fa2p0, 0x1.64b0324151ba9p2},
+    {0x1.16cb09dffc7e2p1, 0x1.057ef591832f0p-1, 0x1.7cfb80fc87ecdp0},
+    {0x1.612d87997d56ap-982, 0x1.be02e091c5ae5p-1, 0x1.f50b9f8ccf1b7p-856},
+    {0x1.ceec1c9dbc66dp-968, 0x1.b2da40e2f7468p-1, 0x1.7f6907072b8d2p-822},
+    {0x1.a0e1d16e9d9d2p961, -0x1.e0f4fdb5a0d97p-1, 0x1.857befddc221fp-904},
+    {0x1.9f73349d806e0p-993, 0x1.dc942de18d028p-1, 0x1.45d0e69b8eee8p-924},
+    {0x1.1f1284bdec0e6p-984, -0x1.a1f534016a4d2p-1, 0x1.17b55fe43a81dp803},
+    {0x1.f4a106d9b5b7ap-975, 0x1.520c5f306ac5fp-1, 0x1.dbe3c86e63334p-644},
+    {0x1.5b95344972fe2p1, 0x1p-1, 0x1.a5db1ce4c605bp0},
+    {0x1.256565cadcbf4p0, 0x1p-1, 0x1.120f999e99374p0},
+    {0x1.2b035c1197f48p0, 0x1p-1, 0x1.14ac03ef7226dp0},
+    {0x1.4eb5f85e783a9p1, 0x1p-1, 0x1.9df88f9ecb617p0},
+    {0x1.283741a1bef08p0, 0x1p-1, 0x1.135ff00663366p0},
+    {0x1.d407bb3641da5p0, 0x1p-1, 0x1.5a24e31b39fa6p0},
     {0x1.846e0883c3a3cp1, -0x1.8b4a54ce26298p0, 0x1.70e78b4ce8731p-3},
     {0x1.83cdd8900a75cp1, -0x1.c15ab46ac6880p2, 0x1.b51d838518386p-12},
     {0x1.3f0d3d8fdce20p-3, 0x1.ebbfcd9e576f4p2, 0x1.4f710a85fb290p-21},
@@ -298,8 +316,15 @@ constexpr std::array<std::array<double, 3>, 64> kPowerCases{{
     {0x1.ccccccccccccdp-1, 0x1.86a0000000000p16, 0x0.0p0},
     {0x1p1, 0x1p-1, 0x1.6a09e667f3bcdp0},
     {0x1.c000000000000p2, -0x1p0, 0x1.2492492492492p-3},
-    {0x1.b15dbeb10ff40p0, 0x1.344359c3250c0p-3, 0x1.151bf27a51b0ep0},
-    {0x1.4bf5c332412f5p1, -0x1.dfcaa32ee6cb0p0, 0x1.5747f2bbb8015p-3},
+    {0x1.7e43c8800759cp996, 0x1p-61, 0x1.0000000000001p0},
+    {0x1.56e1fc2f8f359p-997, 0x1p-62, 0x1.fffffffffffffp-1},
+    {0x0.0000000000001p-1022, -0x1p-62, 0x1.0000000000001p0},
+    {0x1.8000000000000p0, 0x1.1000000000000p5, 0x1.d9fe779881944p19},
+    {0x1.8000000000000p2, 0x1.1000000000000p5, 0x1.d9fe779881944p87},
+    {0x1.8000000000000p-1, 0x1.1000000000000p5, 0x1.d9fe779881944p-15},
+    {0x1.8000000000000p-3, 0x1.1000000000000p5, 0x1.d9fe779881944p-83},
+    {0x1.8000000000000p4, 0x1.1000000000000p5, 0x1.d9fe779881944p155},
+    {0x1.8000000000000p-30, 0x1.1000000000000p5, 0x1.d9fe779881944p-1001},
 }};
 constexpr std::uint64_t kPowerChecksum = 0x3cfdd5044552c4d8;
 
