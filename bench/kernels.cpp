@@ -33,7 +33,7 @@ void countVertices(benchmark::State& state, const Object3D& mesh) {
 void formatCoordinates(benchmark::State& state) {
     const std::vector<float> values = makeBumpySphere(kFewCuts).positions;
     char text[kNumberTextSize];
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         for (const float value : values) {
             benchmark::DoNotOptimize(formatFixed6(text, value));
         }
@@ -49,7 +49,7 @@ void parseCoordinates(benchmark::State& state) {
         texts.emplace_back(text, formatFixed6(text, value));
     }
     float value = 0;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         for (const std::string& text : texts) {
             benchmark::DoNotOptimize(parseFloat(text, value));
         }
@@ -60,7 +60,7 @@ BENCHMARK(parseCoordinates);
 
 void normalUpdate(benchmark::State& state) {
     const std::unique_ptr<Object3D> mesh = bumpySphere(static_cast<std::int32_t>(state.range(0)));
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         mesh->updateNormals(true);
         benchmark::ClobberMemory();
     }

@@ -4,36 +4,12 @@
 #include <cstdint>
 #include <limits>
 
-#include "base/block_list.h"
+#include "Vexo_Lib/obj_lines.h"
 #include "base/text_scanner.h"
 
 namespace talvek {
 
 namespace {
-
-/// The values of the records, in the order of the file.
-struct ObjRecords {
-    BlockList<float> coordinates;
-    BlockList<float> texels;
-    BlockList<std::int32_t> vertexIndices;
-    BlockList<std::int32_t> texelIndices;
-};
-
-/// A record without a number takes the one that its kind had last.
-struct LastValues {
-    float position[3] = {};
-    float texel[2] = {};
-};
-
-template <std::size_t N>
-void readValues(TextScanner& scanner, float (&values)[N], BlockList<float>& list) {
-    for (float& value : values) {
-        scanner.readFloat(value);
-    }
-    for (const float value : values) {
-        list.append(value);
-    }
-}
 
 /// Files count from 1, or name nothing.
 std::int32_t zeroBased(std::string_view number) {
@@ -44,8 +20,7 @@ std::int32_t zeroBased(std::string_view number) {
 void readCorner(std::string_view token, ObjRecords& records) {
     const std::size_t slash = std::min(token.find('/'), token.size());
     const std::string_view afterSlash = token.substr(std::min(slash + 1, token.size()));
-    records.vertexIndices.append(zeroBased(token.substr(0, slash)));
-    records.texelIndices.append(zeroBased(afterSlash));
+    records.addCorner(zeroBased(token.substr(0, slash)), zeroBased(afterSlash));
 }
 
 void readFace(TextScanner& scanner, ObjRecords& records) {
@@ -55,18 +30,46 @@ void readFace(TextScanner& scanner, ObjRecords& records) {
     }
 }
 
-void readRecords(TextScanner& scanner, ObjRecords& records) {
-    LastValues last;
-    std::string_view token;
-    while (scanner.nextToken(token)) {
-        if (token == "v") {
-            readValues(scanner, last.position, records.coordinates);
-        } else if (token == "vt") {
-            readValues(scanner, last.texel, records.texels);
-        } else if (token == "f") {
-            readFace(scanner, records);
-        }
+template <std::size_t N>
+void readNumbers(TextScanner& scanner, float (&values)[N]) {
+    for (float& value : values) {
+        scanner.readFloat(value);
     }
+}
+
+void readRecord(std::string_view keyword, TextScanner& scanner, ObjRecords& records) {
+    if (keyword == "v") {
+        readNumbers(scanner, records.lastPosition);
+        records.addPosition();
+    } else if (keyword == "vt") {
+        readNumbers(scanner, records.lastTexel);
+        records.addTexel();
+    } else if (keyword == "f") {
+        readFace(scanner, records);
+    }
+}
+
+void readRecords(TextScanner& scanner, ObjRecords& records) {
+    std::string_view token;
+    for (;;) {
+        static_assert(TextScanner::kMargin >= kPlainLineMargin);
+        const std::string_view ahead = scanner.ahead(kPlainLineWindow);
+        const char* general = readPlainLines(ahead.data(), ahead.data() + ahead.size(), records);
+        scanner.pass(static_cast<std::size_t>(general - ahead.data()));
+        if (!scanner.nextToken(token)) {
+            return;
+        }
+        readRecord(token, scanner, records);
+    }
+}
+
+HeapArray<std::int32_t> takeTexelIndex(ObjRecords& records) {
+    const std::int64_t without = records.leadingCornersWithoutTexel;
+    const std::int64_t others = records.texelIndices.count();
+    HeapArray<std::int32_t> index = makeArray<std::int32_t>(without + others);
+    std::fill_n(index.get(), without, ObjRecords::kNoTexel);
+    records.texelIndices.moveTo(index.get() + without, others);
+    return index;
 }
 
 std::unique_ptr<Object3D> buildMesh(ObjRecords& records) {
@@ -77,7 +80,7 @@ std::unique_ptr<Object3D> buildMesh(ObjRecords& records) {
     mesh->vertices = records.coordinates.takeArray();
     mesh->texels = records.texels.takeArray();
     mesh->vertexIndex = records.vertexIndices.takeArray();
-    mesh->texelIndex = records.texelIndices.takeArray();
+    mesh->texelIndex = takeTexelIndex(records);
     return mesh;
 }
 

@@ -38,30 +38,44 @@ class BlockList {
 
     /// Throws std::bad_alloc; the list then holds what it held.
     void append(T value) {
-        if (last_ == nullptr || last_->used == last_->capacity) {
+        *room(1) = value;
+        advance(1);
+    }
+
+    /// Room for `size` values that belong together, which advance then adds. Throws std::bad_alloc.
+    T* room(std::size_t size) {
+        if (last_ == nullptr || last_->capacity - last_->used < size) {
             addBlock();
         }
-        last_->values()[last_->used++] = value;
-        ++count_;
+        return last_->values() + last_->used;
+    }
+    void advance(std::size_t size) {
+        last_->used += size;
+        count_ += static_cast<std::int64_t>(size);
     }
 
     /// Moves the values into an array of `size` elements: the first `size` of them, or all with zeros behind. Every
     /// block is freed as soon as it is copied. Throws std::bad_alloc.
     HeapArray<T> takeArray(std::int64_t size) {
         HeapArray<T> array = makeArray<T>(size);
-        std::int64_t filled = 0;
-        while (first_ != nullptr) {
-            const std::int64_t taken = std::min(static_cast<std::int64_t>(first_->used), size - filled);
-            std::memcpy(array.get() + filled, first_->values(), static_cast<std::size_t>(taken) * sizeof(T));
-            filled += taken;
-            releaseFirst();
-        }
-        std::memset(array.get() + filled, 0, static_cast<std::size_t>(size - filled) * sizeof(T));
-        count_ = 0;
+        moveTo(array.get(), size);
         return array;
     }
 
     HeapArray<T> takeArray() { return takeArray(count_); }
+
+    /// The same into `size` elements that are there already.
+    void moveTo(T* to, std::int64_t size) {
+        std::int64_t filled = 0;
+        while (first_ != nullptr) {
+            const std::int64_t taken = std::min(static_cast<std::int64_t>(first_->used), size - filled);
+            std::memcpy(to + filled, first_->values(), static_cast<std::size_t>(taken) * sizeof(T));
+            filled += taken;
+            releaseFirst();
+        }
+        std::memset(to + filled, 0, static_cast<std::size_t>(size - filled) * sizeof(T));
+        count_ = 0;
+    }
 
   private:
     struct Block {

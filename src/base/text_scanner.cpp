@@ -6,13 +6,14 @@
 namespace talvek {
 
 bool TextScanner::refill() {
-    if (atEnd_ || end_ - begin_ == kBufferSize) {
+    const std::size_t unread = end_ - begin_;
+    if (atEnd_ || unread == kBufferSize) {
         return false;
     }
-    std::memmove(buffer_.get(), buffer_.get() + begin_, end_ - begin_);
-    end_ -= begin_;
-    begin_ = 0;
-    const std::size_t wanted = kBufferSize - end_;
+    std::memmove(buffer_.get() + kMargin, buffer_.get() + begin_, unread);
+    begin_ = kMargin;
+    end_ = kMargin + unread;
+    const std::size_t wanted = kBufferSize - unread;
     const std::size_t got = file_.read(buffer_.get() + end_, wanted);
     end_ += got;
     atEnd_ = got < wanted;
@@ -33,10 +34,21 @@ bool TextScanner::skipWhile(bool separators) {
     }
 }
 
-std::string_view TextScanner::peekToken() {
+void TextScanner::skipCutToken() {
     if (std::exchange(isTokenCut_, false)) {
         skipWhile(false);
     }
+}
+
+std::string_view TextScanner::ahead(std::size_t size) {
+    skipCutToken();
+    while (end_ - begin_ < size && refill()) {
+    }
+    return {buffer_.get() + begin_, end_ - begin_};
+}
+
+std::string_view TextScanner::peekToken() {
+    skipCutToken();
     if (!skipWhile(true)) {
         return {};
     }

@@ -30,9 +30,11 @@ class TextScanner {
     /// Tokens are cut to this length, whatever follows up to the next separator is dropped.
     static constexpr std::size_t kLongestToken = 65536;
 
+    static constexpr std::size_t kMargin = 16;
+
     /// Throws std::bad_alloc when there is no memory for the buffer.
     TextScanner(InputFile& file, const SeparatorSet& separators)
-        : file_(file), separators_(separators), buffer_(makeArray<char>(kBufferSize)) {}
+        : file_(file), separators_(separators), buffer_(makeZeroedArray<char>(kMargin + kBufferSize)) {}
 
     /// Reads the next token; false at the end of the file. The token's text is valid until the next call.
     bool nextToken(std::string_view& token);
@@ -40,6 +42,12 @@ class TextScanner {
     /// Reads the number that comes next as "%f" does: blanks are skipped, what follows the number directly is left to
     /// be the next token. When there is no number the value stays and nothing but the blanks is consumed.
     void readFloat(float& value);
+
+    /// What lies ahead in memory: at least `size` characters, at most kLongestToken, unless the file ends before. It
+    /// does not begin inside a token, and kMargin characters in front of it can be read, whatever they are. Valid until
+    /// the next call; pass tells how much of it has been read.
+    std::string_view ahead(std::size_t size);
+    void pass(std::size_t length) { begin_ += length; }
 
   private:
     static constexpr std::size_t kBufferSize = 262144;
@@ -51,14 +59,16 @@ class TextScanner {
     /// Skips the separators, or the characters other than separators, that come next; false at the end of the file.
     bool skipWhile(bool separators);
     void consume(std::size_t length);
+    /// Passes over what is left of a token that was cut.
+    void skipCutToken();
     /// Moves what is unread to the front of the buffer and reads on behind it; false when nothing more came.
     bool refill();
 
     InputFile& file_;
     const SeparatorSet& separators_;
     HeapArray<char> buffer_;
-    std::size_t begin_ = 0;
-    std::size_t end_ = 0;
+    std::size_t begin_ = kMargin;
+    std::size_t end_ = kMargin;
     bool atEnd_ = false;
     /// Whether the token that was read last goes on, beyond what is kept of it.
     bool isTokenCut_ = false;
