@@ -103,14 +103,25 @@ std::optional<PixelLayout> layoutOf(const BitmapHeader& header) {
     return layout;
 }
 
+HeapArray<Byte> tryMakeBytes(std::int64_t count) {
+    try {
+        return makeArray<Byte>(count);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
+
 /// Null when there are fewer bytes, or no memory for them.
 HeapArray<Byte> readBytes(InputFile& file, std::int64_t count) {
     if (file.remaining() >= 0 && file.remaining() < count) {
         return nullptr;
     }
-    HeapArray<Byte> bytes = makeArray<Byte>(count);
+    HeapArray<Byte> bytes = tryMakeBytes(count);
     const auto size = static_cast<std::size_t>(count);
-    return file.read(bytes.get(), size) == size ? std::move(bytes) : nullptr;
+    if (bytes == nullptr || file.read(bytes.get(), size) < size) {
+        return nullptr;
+    }
+    return bytes;
 }
 
 MineralMap mapOf(const PixelLayout& layout, const Byte* bytes) {
@@ -124,28 +135,17 @@ MineralMap mapOf(const PixelLayout& layout, const Byte* bytes) {
     return map;
 }
 
-std::unique_ptr<MineralMap> readBitmap(InputFile& file) {
-    const std::optional<BitmapHeader> header = readHeader(file);
+}  // namespace
+
+std::unique_ptr<MineralMap> readMineralMap(const char* fileName) {
+    InputFile file(fileName);
+    const std::optional<BitmapHeader> header = file.isOpen() ? readHeader(file) : std::nullopt;
     const std::optional<PixelLayout> layout = header ? layoutOf(*header) : std::nullopt;
     if (!layout) {
         return nullptr;
     }
     const HeapArray<Byte> bytes = readBytes(file, layout->bytesToRead);
     return bytes != nullptr ? std::make_unique<MineralMap>(mapOf(*layout, bytes.get())) : nullptr;
-}
-
-}  // namespace
-
-std::unique_ptr<MineralMap> readMineralMap(const char* fileName) {
-    InputFile file(fileName);
-    if (!file.isOpen()) {
-        return nullptr;
-    }
-    try {
-        return readBitmap(file);
-    } catch (const std::bad_alloc&) {
-        return nullptr;
-    }
 }
 
 }  // namespace talvek

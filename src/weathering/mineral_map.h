@@ -13,7 +13,7 @@ using MineralMap = FloatImage;
 
 /// Reads an uncompressed bitmap. Bitmaps of other than one or three bytes per pixel give a map of zeros. Returns null
 /// for a file that cannot be opened, is no bitmap, ends early or whose header cannot be true, and without memory for
-/// it.
+/// its bytes. Throws std::bad_alloc without memory for the map.
 std::unique_ptr<MineralMap> readMineralMap(const char* fileName);
 
 }  // namespace talvek

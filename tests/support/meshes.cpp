@@ -5,6 +5,8 @@
 #include <cmath>
 #include <map>
 #include <numbers>
+#include <span>
+#include <string_view>
 #include <utility>
 
 namespace talvek::test {
@@ -110,20 +112,45 @@ std::unique_ptr<Object3D> makeSphere(float radius, int levels) {
     return makeMesh(builder.vertices, builder.faces);
 }
 
+void layTexture(Object3D& mesh, float uScale, float tScale) {
+    mesh.numTexels = mesh.numVertices;
+    mesh.texels = makeArray<float>(2 * std::int64_t{mesh.numTexels});
+    mesh.texelIndex = copyArray(mesh.vertexIndex.get(), 3 * std::int64_t{mesh.numFaces});
+    for (std::size_t i = 0; i < static_cast<std::size_t>(mesh.numVertices); ++i) {
+        mesh.texels[2 * i] = mesh.vertices[3 * i] * uScale;
+        mesh.texels[2 * i + 1] = mesh.vertices[3 * i + 1] * tScale;
+    }
+}
+
+namespace {
+
+template <typename T>
+void appendNumber(std::string& text, T value) {
+    char digits[64];
+    text.append(digits, std::to_chars(digits, digits + sizeof digits, value).ptr);
+}
+
+void appendRows(std::string& text, std::string_view key, std::span<const float> values, std::size_t rowLength) {
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        text += i % rowLength == 0 ? key : " ";
+        appendNumber(text, values[i]);
+        text += i % rowLength == rowLength - 1 ? "\n" : "";
+    }
+}
+
+}  // namespace
+
 std::string objText(const Object3D& mesh) {
     std::string text;
-    const auto append = [&text](auto value) {
-        char digits[64];
-        text.append(digits, std::to_chars(digits, digits + sizeof digits, value).ptr);
-    };
-    for (std::size_t i = 0; i < mesh.vertexSpan().size(); ++i) {
-        text += i % 3 == 0 ? "v " : " ";
-        append(mesh.vertexSpan()[i]);
-        text += i % 3 == 2 ? "\n" : "";
-    }
+    appendRows(text, "v ", mesh.vertexSpan(), 3);
+    appendRows(text, "vt ", {mesh.texels.get(), 2 * static_cast<std::size_t>(mesh.numTexels)}, 2);
     for (std::size_t i = 0; i < mesh.faceSpan().size(); ++i) {
         text += i % 3 == 0 ? "f " : " ";
-        append(mesh.faceSpan()[i] + 1);
+        appendNumber(text, mesh.faceSpan()[i] + 1);
+        if (mesh.texelIndex != nullptr) {
+            text += '/';
+            appendNumber(text, mesh.texelIndex[i] + 1);
+        }
         text += i % 3 == 2 ? "\n" : "";
     }
     return text;

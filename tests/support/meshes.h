@@ -22,7 +22,10 @@ std::unique_ptr<Object3D> makeCube(float size);
 /// An icosahedron whose faces are split into four `levels` times, every vertex at distance `radius` from the origin.
 std::unique_ptr<Object3D> makeSphere(float radius, int levels);
 
-/// OBJ text of a mesh, with coordinates in full precision.
+/// Gives every vertex a texel at its x and y, scaled.
+void layTexture(Object3D& mesh, float uScale, float tScale);
+
+/// OBJ text of a mesh, with coordinates, and texels where there are some, in full precision.
 std::string objText(const Object3D& mesh);
 
 }  // namespace talvek::test
