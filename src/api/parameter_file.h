@@ -11,8 +11,8 @@ namespace talvek {
 /// saying so on standard output, when the file cannot be opened or read. Throws std::bad_alloc.
 bool readParameterHeader();
 
-/// Reads the whole file into the session, whose parameter stores exist. Returns false when the file cannot be opened or read.
-/// Throws std::bad_alloc.
+/// Reads the whole file into the session, whose parameter stores exist. Returns false when the file cannot be opened or
+/// read. Throws std::bad_alloc.
 bool readParameterFile();
 
 /// Writes the session's parameters, whose stores exist. Returns false, with the previous file intact, when that fails.
