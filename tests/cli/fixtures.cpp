@@ -1,0 +1,94 @@
+#include "cli/fixtures.h"
+
+#include "support/meshes.h"
+
+namespace talvek::test {
+
+namespace {
+
+constexpr const char* kPlaneTexels = "vt 0.1 0.1\nvt 0.9 0.1\nvt 0.1 0.9\nvt 0.9 0.9\n";
+
+/// Two triangles that fill most of texture space.
+std::string texturedPlane(bool isClockwise) {
+    const std::string vertices = "v 0 0 0\nv 10 0 0\nv 0 10 0\nv 10 10 0\n";
+    const std::string faces = isClockwise ? "f 1/1 4/4 2/2\nf 1/1 3/3 4/4\n" : "f 1/1 2/2 4/4\nf 1/1 4/4 3/3\n";
+    return vertices + kPlaneTexels + faces;
+}
+
+void appendLittleEndian(std::string& bytes, std::uint32_t value, int size) {
+    for (int i = 0; i < size; ++i) {
+        bytes += static_cast<char>(value >> (8 * i) & 0xFF);
+    }
+}
+
+/// A bitmap of 4 x 4 pixels, the left half in one colour and the right half in the other (blue, green, red).
+std::string bitmap(const std::string& left, const std::string& right) {
+    constexpr std::uint32_t kSide = 4;
+    constexpr std::uint32_t kHeader = 54;
+    std::string bytes = "BM";
+    appendLittleEndian(bytes, kHeader + kSide * kSide * 3, 4);
+    appendLittleEndian(bytes, 0, 4);
+    appendLittleEndian(bytes, kHeader, 4);
+    appendLittleEndian(bytes, 40, 4);
+    appendLittleEndian(bytes, kSide, 4);
+    appendLittleEndian(bytes, kSide, 4);
+    appendLittleEndian(bytes, 1, 2);
+    appendLittleEndian(bytes, 24, 2);
+    appendLittleEndian(bytes, 0, 4);
+    appendLittleEndian(bytes, kSide * kSide * 3, 4);
+    bytes.append(16, '\0');
+    for (std::uint32_t pixel = 0; pixel < kSide * kSide; ++pixel) {
+        bytes += pixel % kSide < kSide / 2 ? left : right;
+    }
+    return bytes;
+}
+
+}  // namespace
+
+namespace {
+
+constexpr const char* kTextPly =
+    "ply\nformat ascii 1.0\ncomment a square\nelement vertex 4\nproperty float x\nproperty float y\n"
+    "property float z\nelement face 1\nproperty list uchar int vertex_index\nend_header\n"
+    "0 0 0\n1 0 0\n1 1 0\n0 1 0\n4 0 1 2 3\n";
+constexpr const char* kPlyIndexTooLarge =
+    "ply\nformat ascii 1.0\nelement vertex 3\nproperty float x\nproperty float y\nproperty float z\n"
+    "element face 1\nproperty list uchar int vertex_indices\nend_header\n0 0 0\n1 0 0\n0 1 0\n3 0 1 7\n";
+
+void writePlyFixtures(const TempFolder& folder) {
+    const std::string text = kTextPly;
+    writeFile(folder.file("text.ply"), text);
+    writeFile(folder.file("cut.ply"), text.substr(0, text.size() - 20));
+    writeFile(folder.file("big.ply"), "ply\nformat binary_big_endian 1.0\nend_header\n");
+    writeFile(folder.file("fake.ply"), "solid\n");
+    writeFile(folder.file("index.ply"), kPlyIndexTooLarge);
+}
+
+}  // namespace
+
+void writeFixtures(const TempFolder& folder) {
+    const std::string white(3, '\xFF');
+    const std::string grey(3, '\x80');
+    const std::string unknown("\x01\x02\x03");
+    writeFile(folder.file("plane.obj"), objText(*makePlane(2)));
+    writeFile(folder.file("textured.obj"), texturedPlane(false));
+    writeFile(folder.file("textured.bmp"), bitmap(white, grey));
+    writeFile(folder.file("clockwise.obj"), texturedPlane(true));
+    writeFile(folder.file("clockwise.bmp"), bitmap(white, white));
+    writeFile(folder.file("mapless.obj"), texturedPlane(false));
+    writeFile(folder.file("white.bmp"), bitmap(white, white));
+    writeFile(folder.file("unknown.bmp"), bitmap(unknown, unknown));
+    writeFile(folder.file("far.obj"), "v 0 0 1e9\nv 100 0 1e9\nv 0 100 1e9\nf 1 2 3\n");
+    writeFile(folder.file("vertices.obj"), "v 0 0 0\nv 1 0 0\n");
+    writeFile(folder.file("broken.obj"), "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 9\n");
+    writeFile(folder.file("digits.obj"), "v 0.1 1e-20 123456.789\nv 1 0 0\nv 0 1 0\nf 1 2 3\n");
+    writeFile(folder.file("seam.obj"),
+              "v 0 0 0\nv 10 0 0\nv 0 10 0\nv 10 10 0\nvt 0 0\nvt 0.4 0\nvt 0.4 1\nvt 0.5 0\n"
+              "vt 0.9 1\nvt 0.5 1\nf 1/1 2/2 4/3\nf 1/4 4/5 3/6\n");
+    writePlyFixtures(folder);
+    writeFile(folder.file("two.cfg"),
+              "mode = 1;\nmodel = 1;\nmtl = 0.14, 0.11, 544.3, 312, 375, 2452, 100.9, 2.714;\nepcs = 2;\n"
+              "epc_1 = 100, 4e-13, 1e-12, 1, 5;\nepc_2 = 200, 4e-13, 1e-12, 1, 5;\n");
+}
+
+}  // namespace talvek::test

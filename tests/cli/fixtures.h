@@ -1,0 +1,23 @@
+// The files that every command-line case finds in its folder.
+#pragma once
+
+#include "support/test_files.h"
+
+namespace talvek::test {
+
+/// Small meshes, sound and faulty, mineral maps and parameter files:
+///   plane.obj         9 vertices, 8 faces, no texture coordinates
+///   textured.obj      the same with texture coordinates, counter-clockwise, and a map textured.bmp of two minerals
+///   clockwise.obj     the same the other way round in texture space, with a map of one mineral
+///   mapless.obj       the same as textured.obj without a map beside it
+///   white.bmp         a map of one mineral; unknown.bmp: one of a colour that stands for none
+///   far.obj           a triangle a thousand kilometres from the origin
+///   vertices.obj      vertices without faces
+///   broken.obj        a face that names a vertex which is not there
+///   digits.obj        coordinates with many digits
+///   seam.obj          a plane whose two faces share vertices but no texels
+///   text.ply          a square as text; cut.ply, big.ply, fake.ply, index.ply: faulty in one way each
+///   two.cfg           mode 1, model 1, two epochs of 100 and 200 days
+void writeFixtures(const TempFolder& folder);
+
+}  // namespace talvek::test

@@ -1,0 +1,138 @@
+// Parts of the program that its output alone does not show closely enough.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "Vexo_Lib/load3d.h"
+#include "Vexo_Lib/obj.h"
+#include "support/meshes.h"
+#include "support/test_files.h"
+#include "talvek/exit_status.h"
+#include "talvek/frame_size.h"
+#include "talvek/preflight.h"
+#include "talvek/progress.h"
+#include "talvek/run_files.h"
+#include "talvek/session_plan.h"
+
+namespace talvek::test {
+namespace {
+
+TEST(FrameSize, IsThatOfTheWrittenFrameApartFromItsHead) {
+    TempFolder folder;
+    const auto mesh = makeSphere(123.4F, 3);
+    mesh->updateNormals(true);
+    ASSERT_TRUE(WriteObjFileWithNormals(*mesh, folder.file("frame.obj").c_str()));
+    const auto written = static_cast<double>(std::filesystem::file_size(folder.file("frame.obj")));
+    EXPECT_NEAR(static_cast<double>(host::frameBytes(*mesh)), written, 100);
+}
+
+TEST(FrameSize, ReplacedFilesGiveTheirRoomBack) {
+    TempFolder folder;
+    writeFile(folder.file("old"), std::string(30, 'x'));
+    writeFile(folder.file("longer"), std::string(300, 'x'));
+    // One surface is always written beside what it replaces.
+    EXPECT_EQ(host::roomNeeded({folder.file("new")}, 100), 200U);
+    EXPECT_EQ(host::roomNeeded({folder.file("new"), folder.file("old"), folder.file("longer")}, 100), 100U + 100 + 70);
+}
+
+host::SessionPlan planOf(std::size_t epochs) {
+    host::SessionPlan plan;
+    plan.mode = TALVEK_MODE_MESH_DATA;
+    plan.model = TALVEK_MODEL_ACID_RAIN;
+    plan.material = {0.14F, 0.11F, 544.3F, 312, 375, 2452, 100.9F, 2.714F};
+    plan.epochs.assign(epochs, {365, {4.09e-13F, 1.023e-12F, 1.13F, 4.5F}});
+    return plan;
+}
+
+TEST(Preflight, FolderThatTakesNoFileIsRefused) {
+    TempFolder folder;
+    const host::RunFiles files(folder.file("nowhere/stone.obj"));
+    try {
+        host::requireRoom(planOf(1), *makeCube(1), files, false);
+        FAIL();
+    } catch (const host::Failure& failure) {
+        EXPECT_EQ(failure.status(), host::kExitOutput);
+        EXPECT_NE(std::string(failure.what()).find("no file can be created in this folder"), std::string::npos);
+    }
+}
+
+TEST(Preflight, DiskWithoutRoomIsRefusedAndTheNeedNamed) {
+    TempFolder folder;
+    const host::RunFiles files(folder.file("stone.obj"));
+    // A mesh with long numbers, so that not too many epochs fill the disk.
+    auto mesh = makePlane(100);
+    const std::uint64_t frames = std::filesystem::space(folder.path()).available / host::frameBytes(*mesh) + 2;
+    if (frames > 20000000) {
+        GTEST_SKIP() << "the disk is too large";
+    }
+    try {
+        host::requireRoom(planOf(frames), *mesh, files, false);
+        FAIL();
+    } catch (const host::Failure& failure) {
+        EXPECT_EQ(failure.status(), host::kExitOutput);
+        EXPECT_NE(std::string(failure.what()).find("make room or run fewer epochs"), std::string::npos);
+    }
+}
+
+TEST(Preflight, RunFitsWhereThereIsRoom) {
+    TempFolder folder;
+    EXPECT_NO_THROW(host::requireRoom(planOf(2), *makeCube(1), host::RunFiles(folder.file("stone.obj")), true));
+    EXPECT_EQ(folder.listing(), "");
+}
+
+TEST(Preflight, NoWarningWhereTheMovementShows) {
+    auto cube = makeCube(10);
+    cube->largestCoordinate = 10;
+    EXPECT_EQ(host::roundingWarning(planOf(3), *cube), "");
+}
+
+TEST(SessionPlan, IsReadAsItWasWritten) {
+    const host::SessionPlan plan = planOf(2);
+    const auto again = host::readPlan("some other line\r\n" + host::writePlan(plan) + "another line\n");
+    ASSERT_TRUE(again);
+    EXPECT_EQ(again->mode, plan.mode);
+    EXPECT_EQ(again->model, plan.model);
+    EXPECT_EQ(again->material, plan.material);
+    ASSERT_EQ(again->epochs.size(), 2U);
+    EXPECT_EQ(again->epochs[1].environment, plan.epochs[1].environment);
+    EXPECT_EQ(again->totalDays(), 730U);
+}
+
+TEST(SessionPlan, TextWithoutAPlanGivesNone) {
+    EXPECT_FALSE(host::readPlan(""));
+    EXPECT_FALSE(host::readPlan("talvek-plan 1 x\n"));
+    EXPECT_FALSE(host::readPlan("talvek-epoch 1 2 3 4 5\n"));
+}
+
+TEST(Progress, EpochsAreReadFromTheLibrarysLines) {
+    EXPECT_EQ(host::announcedEpoch("epoch: 12\tdays: 365"), 12);
+    EXPECT_FALSE(host::announcedEpoch("Environmental parameters for 2 epoch(s):"));
+    EXPECT_FALSE(host::announcedEpoch("epoch: \tdays"));
+}
+
+TEST(Progress, NamesEpochPercentAndRemainingTime) {
+    EXPECT_EQ(host::progressText(1, 10, 0), "epoch 1 of 10, 0 %");
+    EXPECT_EQ(host::progressText(3, 10, 10), "epoch 3 of 10, 20 %, 0:40 left");
+    EXPECT_EQ(host::progressText(4000, 4000, 3999), "epoch 4000 of 4000, 99 %, 0:01 left");
+    EXPECT_EQ(host::clockTime(3723), "1:02:03");
+}
+
+TEST(UnfinishedFiles, OnlyThoseOfTheProcessAreRemoved) {
+    TempFolder folder;
+    for (const char* name : {".talvek-17-0.tmp", ".talvek-17-1.tmp", ".talvek-170-0.tmp", "stone.tmp"}) {
+        writeFile(folder.file(name), "");
+    }
+    host::removeUnfinishedFiles(folder.path(), 17);
+    EXPECT_EQ(folder.listing(), ".talvek-170-0.tmp stone.tmp");
+}
+
+TEST(ExitStatus, EveryResultCodeHasItsOwn) {
+    EXPECT_EQ(host::exitStatusOf(TALVEK_OK), 0);
+    for (int code = -1; code >= -7; --code) {
+        const int status = host::exitStatusOf(code);
+        EXPECT_NE(host::exitStatusTable().find("\n   " + std::to_string(status) + "  "), std::string::npos) << code;
+    }
+}
+
+}  // namespace
+}  // namespace talvek::test

@@ -1,0 +1,81 @@
+// A program that runs as a child of this one: its output, its end, and its end by the user's wish.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace talvek::host {
+
+/// How a child ended.
+struct ChildEnd {
+    /// False when it was ended from outside or crashed; `code` is then the signal or the system's exception code.
+    bool isRegular = false;
+    std::uint32_t code = 0;
+
+    /// "ended by signal 9 (Killed)" or the like.
+    std::string describe() const;
+};
+
+/// Where a child's standard error goes.
+enum class ChildErrors : bool { kShared, kWithOutput };
+
+class ChildProcess {
+  public:
+    /// Starts `command`, the program's path first, its standard output connected to this object. Throws
+    /// std::runtime_error when that fails.
+    explicit ChildProcess(const std::vector<std::string>& command, ChildErrors errors = ChildErrors::kShared);
+    ChildProcess(const ChildProcess&) = delete;
+    ChildProcess& operator=(const ChildProcess&) = delete;
+    /// Ends the child if it still runs.
+    ~ChildProcess();
+
+    /// Waits for output and reads up to `size` bytes of it; 0 when the child has closed its output.
+    std::size_t readOutput(char* to, std::size_t size);
+
+    /// Waits until the child has ended. May be called again.
+    ChildEnd wait();
+
+    /// Ends the child at once, without a chance to tidy up.
+    void kill();
+
+    std::uint64_t id() const { return id_; }
+
+  private:
+    friend class CancelGuard;
+    void closeOutput();
+
+    std::uint64_t id_ = 0;
+    /// A descriptor, or a HANDLE.
+    std::intptr_t output_ = -1;
+    /// A HANDLE of the process, and of the job that ends it with this program.
+    std::intptr_t process_ = -1;
+    std::intptr_t job_ = -1;
+    bool hasEnded_ = false;
+    ChildEnd end_;
+};
+
+/// While one lives, Ctrl-C and a request to terminate end `child` instead of this program, which goes on to tidy up.
+/// There is at most one,
+/// and it goes before the child does.
+class CancelGuard {
+  public:
+    explicit CancelGuard(ChildProcess& child);
+    CancelGuard(const CancelGuard&) = delete;
+    CancelGuard& operator=(const CancelGuard&) = delete;
+    ~CancelGuard();
+
+    bool isCancelled() const;
+};
+
+/// The path of the running program.
+std::string programPath();
+
+/// Whether standard error is a terminal.
+bool hasTerminal();
+
+/// From now on a write that hits a size limit fails and can be told, instead of ending the program.
+void reportFileSizeLimitAsError();
+
+}  // namespace talvek::host

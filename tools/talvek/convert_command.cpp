@@ -1,0 +1,53 @@
+#include "talvek/convert_command.h"
+
+#include <cstdio>
+#include <filesystem>
+#include <system_error>
+
+#include "mesh/object3d.h"
+#include "talvek/exit_status.h"
+#include "talvek/mesh_file.h"
+#include "talvek/obj_export.h"
+#include "talvek/ply.h"
+
+namespace talvek::host {
+
+namespace {
+
+using MeshWriter = bool (*)(const Object3D& mesh, const std::string& path);
+
+struct ExportFormat {
+    const char* extension;
+    MeshWriter write;
+};
+
+constexpr ExportFormat kFormats[] = {{".obj", writeObjExport}, {".ply", writePly}};
+
+MeshWriter writerFor(const std::string& path) {
+    const std::string extension = lowerCaseExtension(path);
+    for (const ExportFormat& format : kFormats) {
+        if (extension == format.extension) {
+            return format.write;
+        }
+    }
+    throw Failure(kExitUsage, path + ": meshes are written as .obj, .sas or .ply");
+}
+
+}  // namespace
+
+int convertCommand(const std::string& from, const std::string& to) {
+    const MeshWriter write = writerFor(to);
+    std::error_code ignored;
+    if (std::filesystem::equivalent(from, to, ignored)) {
+        throw Failure(kExitUsage, to + ": a mesh is not written over itself; choose another name");
+    }
+    const std::unique_ptr<Object3D> mesh = readMesh(from);
+    if (!write(*mesh, to)) {
+        throw Failure(kExitOutput, to + ": the file cannot be written; look for the folder, its permissions and room");
+    }
+    std::printf("%s: %d vertices, %d faces, %d texture coordinates\n", to.c_str(), mesh->numVertices, mesh->numFaces,
+                mesh->numTexels);
+    return kExitDone;
+}
+
+}  // namespace talvek::host

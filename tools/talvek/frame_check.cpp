@@ -1,0 +1,75 @@
+#include "talvek/frame_check.h"
+
+#include <algorithm>
+#include <cmath>
+#include <system_error>
+
+#include "Vexo_Lib/load3d.h"
+#include "talvek/exit_status.h"
+
+namespace talvek::host {
+
+namespace fs = std::filesystem;
+
+FrameCheck::FrameCheck(const std::vector<std::string>& names, std::optional<ExpectedCounts> expected)
+    : expected_(expected) {
+    for (const std::string& name : names) {
+        std::error_code isAbsent;
+        const Time written = fs::last_write_time(name, isAbsent);
+        if (!isAbsent) {
+            earlier_.emplace(name, written);
+        }
+    }
+}
+
+bool FrameCheck::isNew(const std::string& name) const {
+    std::error_code isAbsent;
+    const Time written = fs::last_write_time(name, isAbsent);
+    const auto earlier = earlier_.find(name);
+    return !isAbsent && (earlier == earlier_.end() || earlier->second != written);
+}
+
+void FrameCheck::check(const std::string& name) {
+    if (!isNew(name)) {
+        const bool isOld = fs::exists(name);
+        throw Failure(kExitFrame, name + ": the frame could not be written; " +
+                                      (isOld ? "the file of that name is from an earlier run; " : "") +
+                                      "look for room on the disk and for write permission");
+    }
+    const std::unique_ptr<Object3D> mesh = LoadMeshFile(name.c_str());
+    if (mesh == nullptr) {
+        throw Failure(kExitFrame, name + ": the frame cannot be read back");
+    }
+    if (expected_ && (mesh->numVertices != expected_->vertices || mesh->numFaces != expected_->faces)) {
+        throw Failure(kExitFrame, name + ": the frame is incomplete: " + std::to_string(mesh->numVertices) +
+                                      " vertices and " + std::to_string(mesh->numFaces) + " faces instead of " +
+                                      std::to_string(expected_->vertices) + " and " + std::to_string(expected_->faces));
+    }
+    if (!expected_ && mesh->numVertices == 0) {
+        throw Failure(kExitNoVertices, name + ": the frame holds no vertices; in mode 2 the faces have to lie in " +
+                                           "[0, 1) of texture space and run counter-clockwise there");
+    }
+}
+
+std::optional<Displacement> displacement(const std::string& from, const std::string& to) {
+    const std::unique_ptr<Object3D> first = LoadMeshFile(from.c_str());
+    const std::unique_ptr<Object3D> last = LoadMeshFile(to.c_str());
+    if (first == nullptr || last == nullptr || first->numVertices != last->numVertices || first->numVertices == 0) {
+        return std::nullopt;
+    }
+    Displacement result;
+    for (std::size_t i = 0; i < first->vertexSpan().size(); i += 3) {
+        double square = 0;
+        for (std::size_t k = i; k < i + 3; ++k) {
+            const double difference =
+                static_cast<double>(last->vertexSpan()[k]) - static_cast<double>(first->vertexSpan()[k]);
+            square += difference * difference;
+        }
+        result.mean += std::sqrt(square);
+        result.largest = std::max(result.largest, std::sqrt(square));
+    }
+    result.mean /= static_cast<double>(first->numVertices);
+    return result;
+}
+
+}  // namespace talvek::host

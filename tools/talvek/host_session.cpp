@@ -1,0 +1,207 @@
+#include "talvek/host_session.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+
+#include "talvek.h"
+#include "talvek/exit_status.h"
+#include "talvek/session_plan.h"
+
+namespace talvek::host {
+
+namespace {
+
+constexpr std::int32_t kDefaultDays = 365;
+
+using Environment = std::array<float, TALVEK_EPOCH_PARAMS>;
+
+struct Epoch {
+    std::uint32_t days;
+    Environment environment;
+};
+
+void require(std::int32_t resultCode, const std::string& message) {
+    if (resultCode != TALVEK_OK) {
+        throw Failure(static_cast<ExitStatus>(exitStatusOf(resultCode)), message);
+    }
+}
+
+Epoch readEpoch(std::uint32_t number) {
+    Epoch epoch{static_cast<std::uint32_t>(talvekGetEpochTimeSpan(number)), {}};
+    require(talvekGetEpochParams(number, epoch.environment.data()), "epoch " + std::to_string(number) + " is missing");
+    return epoch;
+}
+
+void writeEpoch(std::uint32_t number, const Epoch& epoch) {
+    // A parameter file can give an epoch days that the interface does not take; the table's own then stay.
+    static_cast<void>(talvekSetEpochTimeSpan(number, epoch.days));
+    require(talvekSetEpochParams(number, epoch.environment.data()), "epoch " + std::to_string(number) + " is missing");
+}
+
+/// Makes the epoch table longer than the parameter file has it: the epochs that are new are like its last.
+void addEpochs(std::int32_t wanted) {
+    const std::int32_t given = talvekGetNumEpochs();
+    std::vector<Epoch> epochs;
+    for (std::int32_t n = 1; n <= given; ++n) {
+        epochs.push_back(readEpoch(static_cast<std::uint32_t>(n)));
+    }
+    std::array<float, TALVEK_MATERIAL_PARAMS> material{};
+    require(talvekGetMaterialParams(material.data()), "the material is missing");
+    talvekFree();
+    require(talvekSetTimeSpan(wanted, kDefaultDays), "the number of epochs is out of range");
+    require(talvekInit(), "there is no memory for the parameters");
+    require(talvekSetMaterialParams(material.data()), "the material is missing");
+    for (std::int32_t n = 1; n <= wanted && !epochs.empty(); ++n) {
+        const std::size_t source = std::min(static_cast<std::size_t>(n), epochs.size());
+        writeEpoch(static_cast<std::uint32_t>(n), epochs[source - 1]);
+    }
+}
+
+/// The setters put a value of their own in the place of one that is out of range, so the range is checked first.
+void setModeAndModel(std::int32_t mode, std::int32_t model) {
+    if (mode < 0 || mode > talvekGetMaxMode()) {
+        throw Failure(kExitUndefinedMode, "mode " + std::to_string(mode) + " is not defined; modes are 0 to 3");
+    }
+    if (model < 0 || model > talvekGetMaxModel()) {
+        throw Failure(kExitUndefinedModel, "model " + std::to_string(model) + " is not defined; models are 0 to 3");
+    }
+    require(talvekSetMode(mode), "the mode is out of range");
+    require(talvekSetModel(model), "the model is out of range");
+}
+
+std::int32_t defaultModel(std::int32_t mode) {
+    if (mode == TALVEK_MODE_OFFSETTING) {
+        return TALVEK_MODEL_CONSTANT_OFFSET;
+    }
+    return TALVEK_MODEL_ACID_RAIN;
+}
+
+void startFromDefaults(const RunOptions& options) {
+    const std::int32_t mode = options.mode.value_or(TALVEK_MODE_MESH_DATA);
+    setModeAndModel(mode, options.model ? options.model->number : defaultModel(mode));
+    require(talvekSetTimeSpan(options.epochs.value_or(1), kDefaultDays), "the number of epochs is out of range");
+    require(talvekInit(), "there is no memory for the parameters");
+}
+
+void startFromConfig(const RunOptions& options) {
+    // The library finds a parameter file by the mesh's name, so for a moment the parameter file stands for the mesh.
+    require(talvekSetFileName(options.config.c_str()), options.config + ": the name is too long");
+    require(talvekReadParams(), options.config + ": cannot read the parameter file");
+    setModeAndModel(options.mode.value_or(talvekGetMode()), options.model ? options.model->number : talvekGetModel());
+    if (options.epochs && *options.epochs > talvekGetNumEpochs()) {
+        addEpochs(*options.epochs);
+    } else if (options.epochs) {
+        require(talvekSetNumEpochs(*options.epochs), "the number of epochs is out of range");
+    }
+}
+
+void requireOneOrEach(std::size_t given, const char* option) {
+    const auto epochs = static_cast<std::size_t>(talvekGetNumEpochs());
+    if (given > 1 && given != epochs) {
+        throw Failure(kExitUsage, std::string(option) + " takes one value, or one for each of the " +
+                                      std::to_string(epochs) + " epochs; it was given " + std::to_string(given));
+    }
+}
+
+template <typename Value>
+Value valueForEpoch(const std::vector<Value>& values, std::int32_t n) {
+    return values.size() == 1 ? values[0] : values[static_cast<std::size_t>(n) - 1];
+}
+
+void applyDays(const std::vector<std::uint32_t>& days) {
+    requireOneOrEach(days.size(), "--days");
+    for (std::int32_t n = 1; n <= talvekGetNumEpochs() && !days.empty(); ++n) {
+        require(talvekSetEpochTimeSpan(static_cast<std::uint32_t>(n), valueForEpoch(days, n)),
+                "the days are out of range");
+    }
+}
+
+void applyEpochValues(const std::array<EpochValues, TALVEK_EPOCH_PARAMS>& given, const char* const* names) {
+    for (std::size_t slot = 0; slot < TALVEK_EPOCH_PARAMS; ++slot) {
+        requireOneOrEach(given[slot].size(), names[slot]);
+        for (std::int32_t n = 1; n <= talvekGetNumEpochs() && !given[slot].empty(); ++n) {
+            Epoch epoch = readEpoch(static_cast<std::uint32_t>(n));
+            epoch.environment[slot] = valueForEpoch(given[slot], n);
+            require(talvekSetEpochParams(static_cast<std::uint32_t>(n), epoch.environment.data()),
+                    "an epoch is missing");
+        }
+    }
+}
+
+void applyMaterial(const RunOptions& options) {
+    std::array<float, TALVEK_MATERIAL_PARAMS> material{};
+    require(talvekGetMaterialParams(material.data()), "the material is missing");
+    bool isChanged = false;
+    for (std::size_t i = 0; i < material.size(); ++i) {
+        isChanged = isChanged || options.material[i].has_value();
+        material[i] = options.material[i].value_or(material[i]);
+    }
+    // Passing the values back would narrow those of a parameter file to single precision for nothing.
+    if (isChanged) {
+        require(talvekSetMaterialParams(material.data()), "the material is missing");
+    }
+}
+
+void configure(const RunOptions& options) {
+    if (options.config.empty()) {
+        startFromDefaults(options);
+    } else {
+        startFromConfig(options);
+    }
+    applyDays(options.days);
+    const bool isOffsetting = talvekGetMode() == TALVEK_MODE_OFFSETTING;
+    applyEpochValues(isOffsetting ? options.offsets : options.environment,
+                     isOffsetting ? kOffsetOptions : kEnvironmentOptions);
+    applyMaterial(options);
+    require(talvekSetResults(options.keepInputFrame ? 1 : 0), "the results flag is out of range");
+    require(talvekSetFileName(options.mesh.c_str()), options.mesh + ": the name is too long");
+}
+
+const char* reasonOf(std::int32_t result) {
+    switch (result) {
+        case TALVEK_ERROR_MESH:
+            return "the mesh cannot be loaded or worked with";
+        case TALVEK_ERROR_UNDEFINED_MODE:
+            return "this library does not have the operating mode";
+        case TALVEK_ERROR_UNDEFINED_MODEL:
+            return "the weathering model is not defined in this operating mode";
+        default:
+            return "it had no parameters";
+    }
+}
+
+SessionPlan currentPlan() {
+    SessionPlan plan;
+    plan.mode = talvekGetMode();
+    plan.model = talvekGetModel();
+    require(talvekGetMaterialParams(plan.material.data()), "the material is missing");
+    for (std::int32_t n = 1; n <= talvekGetNumEpochs(); ++n) {
+        const Epoch epoch = readEpoch(static_cast<std::uint32_t>(n));
+        plan.epochs.push_back({epoch.days, epoch.environment});
+    }
+    return plan;
+}
+
+}  // namespace
+
+int describeSession(const RunOptions& options) {
+    configure(options);
+    const std::string text = writePlan(currentPlan());
+    std::fwrite(text.data(), 1, text.size(), stdout);
+    talvekFree();
+    return kExitDone;
+}
+
+int runSession(const RunOptions& options) {
+    configure(options);
+    if (options.saveConfig) {
+        require(talvekSaveParams(), options.mesh + ": cannot write the parameter file beside it");
+    }
+    const std::int32_t result = talvekStart();
+    talvekFree();
+    require(result, options.mesh + ": the run was aborted; " + reasonOf(result));
+    return kExitDone;
+}
+
+}  // namespace talvek::host

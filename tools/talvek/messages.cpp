@@ -1,0 +1,38 @@
+#include "talvek/messages.h"
+
+#include <cstdio>
+
+namespace talvek::host {
+
+void printWarning(const std::string& message) {
+    std::fprintf(stderr, "talvek: warning: %s\n", message.c_str());
+}
+
+void printError(const std::string& message) {
+    std::fprintf(stderr, "talvek: %s\n", message.c_str());
+}
+
+std::string countOf(std::uint64_t count, const std::string& thing) {
+    return std::to_string(count) + " " + thing + (count == 1 ? "" : "s");
+}
+
+std::string briefNumber(double value) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%.4g", value);
+    return text;
+}
+
+std::string byteCount(double bytes) {
+    constexpr double kStep = 1000;
+    const char* const units[] = {"bytes", "kB", "MB", "GB", "TB"};
+    std::size_t unit = 0;
+    while (bytes >= kStep && unit + 1 < std::size(units)) {
+        bytes /= kStep;
+        ++unit;
+    }
+    char text[48];
+    std::snprintf(text, sizeof text, unit == 0 ? "%.0f %s" : "%.1f %s", bytes, units[unit]);
+    return text;
+}
+
+}  // namespace talvek::host

@@ -1,0 +1,21 @@
+// What the program says about itself, on standard error.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace talvek::host {
+
+void printWarning(const std::string& message);
+void printError(const std::string& message);
+
+/// "1 frame", "2 frames".
+std::string countOf(std::uint64_t count, const std::string& thing);
+
+/// A number with as many digits as tell something, "%.4g".
+std::string briefNumber(double value);
+
+/// "3.4 MB"
+std::string byteCount(double bytes);
+
+}  // namespace talvek::host

@@ -1,0 +1,173 @@
+#include "talvek/preflight.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <system_error>
+
+#include "base/system.h"
+#include "talvek/exit_status.h"
+#include "talvek/frame_size.h"
+#include "talvek/messages.h"
+#include "weathering/rates.h"
+
+namespace talvek::host {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using Family = ModelChoice::Family;
+
+constexpr const char* kModeNames[] = {"0 (offsetting)", "1 (mesh)", "2 (qemscan)", "3 (grain-weaver)"};
+
+bool isOffsetting(const SessionPlan& plan) {
+    return plan.mode == TALVEK_MODE_OFFSETTING;
+}
+
+bool needsTexels(const SessionPlan& plan, const RunFiles& files) {
+    return plan.mode == TALVEK_MODE_QEMSCAN || (plan.mode == TALVEK_MODE_GRAIN_WEAVER &&
+                                                system::kindOf(files.mineralMap.c_str()) != system::FileKind::kAbsent);
+}
+
+bool hasFaceTexels(const Object3D& mesh) {
+    return mesh.texels != nullptr && mesh.numTexels > 0 &&
+           (mesh.texelIndex == nullptr ||
+            std::any_of(mesh.texelIndex.get(), mesh.texelIndex.get() + mesh.faceSpan().size(),
+                        [](std::int32_t index) { return index >= 0; }));
+}
+
+void requireOwnOptions(const std::array<EpochValues, TALVEK_EPOCH_PARAMS>& given, const char* const* names,
+                       const SessionPlan& plan) {
+    for (std::size_t i = 0; i < given.size(); ++i) {
+        if (!given[i].empty()) {
+            throw Failure(kExitUsage, std::string(names[i]) + " has no effect in mode " + kModeNames[plan.mode] +
+                                          "; leave it out or choose another mode");
+        }
+    }
+}
+
+}  // namespace
+
+void requireDefinedPair(const SessionPlan& plan, const RunOptions& options) {
+    const Family wanted = isOffsetting(plan) ? Family::kOffsetting : Family::kWeathering;
+    const Family given = options.model ? options.model->family : Family::kAny;
+    const std::int32_t undefined = isOffsetting(plan) ? 3 : 0;
+    if (plan.model == undefined || (given != Family::kAny && given != wanted)) {
+        throw Failure(kExitUndefinedModel,
+                      std::string("this model is not defined in mode ") + kModeNames[plan.mode] +
+                          (isOffsetting(plan) ? "; models are 0 (constant), 1 (random), 2 (smoothing)"
+                                              : "; models are 1 (so2), 2 (so2-no2), 3 (acid-rain)"));
+    }
+    if (isOffsetting(plan)) {
+        requireOwnOptions(options.environment, kEnvironmentOptions, plan);
+    } else {
+        requireOwnOptions(options.offsets, kOffsetOptions, plan);
+    }
+}
+
+void requireSuitableMesh(const SessionPlan& plan, const Object3D& mesh, const RunFiles& files) {
+    if (mesh.numVertices == 0 || mesh.numFaces == 0) {
+        throw Failure(kExitMesh, files.mesh + ": the mesh has " +
+                                     countOf(static_cast<std::uint64_t>(mesh.numFaces), "face") + " on " +
+                                     std::to_string(mesh.numVertices) + " vertices; there is no surface to weather");
+    }
+    if (needsTexels(plan, files) && !hasFaceTexels(mesh)) {
+        throw Failure(kExitRefused, files.mesh + ": mode " + kModeNames[plan.mode] +
+                                        " needs texture coordinates, and this mesh has none; export it with texture "
+                                        "coordinates, or use mode 1 (mesh)");
+    }
+}
+
+namespace {
+
+void requireWritableFolder(const RunFiles& files) {
+    const fs::path probe = files.folder / (".talvek-" + std::to_string(system::processId()) + "-probe.tmp");
+    const std::string name = probe.string();
+    if (!system::File::createNew(name.c_str()).isOpen()) {
+        throw Failure(kExitOutput,
+                      files.folder.string() +
+                          ": no file can be created in this folder, where the frames would go; look for its "
+                          "permissions, or copy the mesh to a folder of your own");
+    }
+    system::removeFile(name.c_str());
+}
+
+}  // namespace
+
+void requireRoom(const SessionPlan& plan, const Object3D& mesh, const RunFiles& files, bool withInputFrame) {
+    requireWritableFolder(files);
+    const std::uint64_t each =
+        plan.mode == TALVEK_MODE_QEMSCAN ? std::max(gridFrameBytes(mesh), frameBytes(mesh)) : frameBytes(mesh);
+    const std::vector<std::string> names =
+        outputFiles(files, static_cast<std::int32_t>(plan.epochs.size()), withInputFrame);
+    const std::uint64_t needed = roomNeeded(names, each);
+    std::error_code isUnknown;
+    const fs::space_info space = fs::space(files.folder, isUnknown);
+    if (!isUnknown && space.available < needed) {
+        throw Failure(kExitOutput, files.folder.string() + ": the disk has " +
+                                       byteCount(static_cast<double>(space.available)) + " free, and the " +
+                                       std::to_string(names.size()) + " surfaces of this run need about " +
+                                       byteCount(static_cast<double>(needed)) + "; make room or run fewer epochs");
+    }
+}
+
+std::optional<double> plannedDelta(const SessionPlan& plan, const PlannedEpoch& planned) {
+    EpochRecord epoch{};
+    epoch.values[0] = planned.days;
+    std::copy(planned.environment.begin(), planned.environment.end(), epoch.values.begin() + 1);
+    if (!isOffsetting(plan)) {
+        MaterialRecord material{};
+        std::copy(plan.material.begin(), plan.material.end(), material.values.begin());
+        return weatheringDelta(material, epoch, plan.model);
+    }
+    switch (plan.model) {
+        case TALVEK_MODEL_CONSTANT_OFFSET:
+            return epoch.constantOffset() * epoch.days();
+        case TALVEK_MODEL_RANDOM_OFFSET:
+            return (std::abs(epoch.meanOffset()) + std::abs(epoch.offsetSpread())) * epoch.days();
+        default:
+            return std::nullopt;
+    }
+}
+
+void requireFiniteDeltas(const SessionPlan& plan) {
+    for (std::size_t i = 0; i < plan.epochs.size(); ++i) {
+        const std::optional<double> delta = plannedDelta(plan, plan.epochs[i]);
+        if (delta && !(std::abs(*delta) <= std::numeric_limits<float>::max())) {
+            throw Failure(kExitRefused, "epoch " + std::to_string(i + 1) + " would move the surface by " +
+                                            briefNumber(*delta) +
+                                            " mm, which no coordinate can hold; look for a material " +
+                                            "value of 0 that divides, or for a value in the wrong unit");
+        }
+    }
+}
+
+std::string roundingWarning(const SessionPlan& plan, const Object3D& mesh) {
+    const float largest = mesh.largestCoordinate;
+    const double spacing = static_cast<double>(std::nextafter(largest, std::numeric_limits<float>::infinity())) -
+                           static_cast<double>(largest);
+    std::size_t lost = 0;
+    std::size_t first = 0;
+    double firstDelta = 0;
+    for (std::size_t i = 0; i < plan.epochs.size(); ++i) {
+        const std::optional<double> delta = plannedDelta(plan, plan.epochs[i]);
+        if (delta && std::abs(*delta) < spacing && lost++ == 0) {
+            first = i + 1;
+            firstDelta = *delta;
+        }
+    }
+    if (lost == 0) {
+        return {};
+    }
+    const BoundingBox box = boundingBox(mesh);
+    return countOf(lost, "epoch") + " of " + std::to_string(plan.epochs.size()) + " may move nothing: epoch " +
+           std::to_string(first) + " moves the surface by " + briefNumber(firstDelta) +
+           " mm, and at this mesh's coordinates (up to " + briefNumber(static_cast<double>(largest)) + " mm, size " +
+           briefNumber(static_cast<double>(box.xmax - box.xmin)) + " x " +
+           briefNumber(static_cast<double>(box.ymax - box.ymin)) + " x " +
+           briefNumber(static_cast<double>(box.zmax - box.zmin)) + " mm) single-precision numbers are " +
+           briefNumber(spacing) + " mm apart; use longer epochs, or move the mesh nearer to the origin";
+}
+
+}  // namespace talvek::host

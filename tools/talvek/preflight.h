@@ -1,0 +1,33 @@
+// What is looked into before a run, so that a run that cannot work is refused at once and with a reason.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "mesh/object3d.h"
+#include "talvek/run_files.h"
+#include "talvek/run_options.h"
+#include "talvek/session_plan.h"
+
+namespace talvek::host {
+
+/// Throws Failure unless mode and model belong together and the options are those of the mode.
+void requireDefinedPair(const SessionPlan& plan, const RunOptions& options);
+
+/// Throws Failure where the mesh does not carry what the mode needs.
+void requireSuitableMesh(const SessionPlan& plan, const Object3D& mesh, const RunFiles& files);
+
+/// Throws Failure unless files can be created in the folder and the disk has room for the frames.
+void requireRoom(const SessionPlan& plan, const Object3D& mesh, const RunFiles& files, bool withInputFrame);
+
+/// The amount by which an epoch moves the surface, as far as it can be told beforehand, in millimetres; nothing for
+/// smoothing, where it depends on the curvature.
+std::optional<double> plannedDelta(const SessionPlan& plan, const PlannedEpoch& epoch);
+
+/// Throws Failure for an epoch that would move the surface by no finite amount.
+void requireFiniteDeltas(const SessionPlan& plan);
+
+/// A warning about epochs whose movement is lost in the rounding of the mesh's coordinates; empty when there are none.
+std::string roundingWarning(const SessionPlan& plan, const Object3D& mesh);
+
+}  // namespace talvek::host

@@ -1,0 +1,202 @@
+#include "talvek/run_command.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+
+#include "talvek/child_process.h"
+#include "talvek/exit_status.h"
+#include "talvek/frame_check.h"
+#include "talvek/library_lines.h"
+#include "talvek/mesh_file.h"
+#include "talvek/messages.h"
+#include "talvek/preflight.h"
+#include "talvek/progress.h"
+#include "talvek/run_files.h"
+#include "talvek/session_plan.h"
+
+namespace talvek::host {
+
+namespace {
+
+std::vector<std::string> childCommand(const char* command, const std::vector<std::string>& arguments) {
+    std::vector<std::string> all = {programPath(), command};
+    all.insert(all.end(), arguments.begin(), arguments.end());
+    return all;
+}
+
+template <typename Take>
+void readAll(ChildProcess& child, Take take) {
+    std::array<char, 4096> piece{};
+    while (const std::size_t got = child.readOutput(piece.data(), piece.size())) {
+        take(std::string_view(piece.data(), got));
+    }
+}
+
+/// Throws Failure for an end that none of this program's own commands has.
+void requireRegularEnd(const ChildEnd& end) {
+    const bool isOurs = end.isRegular && end.code <= kExitCrashed;
+    if (!isOurs) {
+        throw Failure(kExitCrashed, "the simulation ended unexpectedly: its process " + end.describe() +
+                                        "; if there was not enough memory, try a smaller mesh");
+    }
+}
+
+SessionPlan askForPlan(const std::vector<std::string>& arguments, int& status) {
+    ChildProcess child(childCommand(kDescribeCommand, arguments));
+    std::string output;
+    readAll(child, [&output](std::string_view piece) { output += piece; });
+    const ChildEnd end = child.wait();
+    requireRegularEnd(end);
+    status = static_cast<int>(end.code);
+    std::optional<SessionPlan> plan = readPlan(output);
+    if (status == kExitDone && !plan) {
+        throw Failure(kExitInternal, "the simulation's process did not say what it was going to do");
+    }
+    return plan.value_or(SessionPlan());
+}
+
+/// What a run needs to know once it has been found possible.
+struct PreparedRun {
+    RunFiles files;
+    SessionPlan plan;
+    bool withInputFrame;
+    std::optional<ExpectedCounts> counts;
+
+    std::int32_t numEpochs() const { return static_cast<std::int32_t>(plan.epochs.size()); }
+    std::vector<std::string> outputs() const { return outputFiles(files, numEpochs(), withInputFrame); }
+};
+
+PreparedRun prepare(const RunOptions& options, const SessionPlan& plan) {
+    PreparedRun run{RunFiles(options.mesh), plan, options.keepInputFrame, std::nullopt};
+    requireDefinedPair(plan, options);
+    if (lowerCaseExtension(options.mesh) == ".ply") {
+        throw Failure(kExitMesh,
+                      options.mesh + ": the simulation does not read PLY files; talvek convert makes an OBJ of it");
+    }
+    const std::unique_ptr<Object3D> mesh = readMesh(options.mesh);
+    requireSuitableMesh(plan, *mesh, run.files);
+    requireFiniteDeltas(plan);
+    requireRoom(plan, *mesh, run.files, run.withInputFrame);
+    const std::string warning = roundingWarning(plan, *mesh);
+    if (!warning.empty()) {
+        printWarning(warning);
+    }
+    if (plan.mode != TALVEK_MODE_QEMSCAN) {
+        run.counts = ExpectedCounts{mesh->numVertices, mesh->numFaces};
+    }
+    return run;
+}
+
+std::size_t countNewFrames(const PreparedRun& run, const FrameCheck& frames) {
+    std::size_t count = 0;
+    for (std::int32_t n = 1; n <= run.numEpochs(); ++n) {
+        count += frames.isNew(run.files.frame(n)) ? 1 : 0;
+    }
+    return count;
+}
+
+/// Runs the child and checks every frame as soon as the next epoch begins. Returns the child's exit status.
+int runChild(const PreparedRun& run, const RunOptions& options, const std::vector<std::string>& arguments,
+             FrameCheck& frames) {
+    ProgressLine progress(run.numEpochs(), hasTerminal() && !options.isVerbose);
+    LibraryLines lines(options.log, options.isVerbose, [&](std::string_view line) {
+        if (const std::optional<std::int32_t> epoch = announcedEpoch(line)) {
+            progress.show(*epoch);
+            if (*epoch > 1) {
+                frames.check(run.files.frame(*epoch - 1));
+            }
+        }
+    });
+    ChildProcess child(childCommand(kSessionCommand, arguments));
+    const CancelGuard guard(child);
+    try {
+        readAll(child, [&lines](std::string_view piece) { lines.feed(piece); });
+    } catch (const Failure&) {
+        child.kill();
+        child.wait();
+        removeUnfinishedFiles(run.files.folder, child.id());
+        if (!guard.isCancelled()) {
+            throw;
+        }
+    }
+    const ChildEnd end = child.wait();
+    removeUnfinishedFiles(run.files.folder, child.id());
+    progress.clear();
+    if (guard.isCancelled()) {
+        throw Failure(kExitCancelled, "cancelled; " + countOf(countNewFrames(run, frames), "frame") + " of " +
+                                          std::to_string(run.numEpochs()) + " written, all of them whole");
+    }
+    requireRegularEnd(end);
+    return static_cast<int>(end.code);
+}
+
+void checkOutputs(const PreparedRun& run, FrameCheck& frames) {
+    // The frames before the last have been checked on the way.
+    std::vector<std::string> names = run.outputs();
+    const std::int32_t checked = std::max(run.numEpochs() - 1, 0);
+    const auto firstFrame = names.begin() + (run.withInputFrame ? 1 : 0);
+    names.erase(firstFrame, firstFrame + checked);
+    for (const std::string& name : names) {
+        frames.check(name);
+    }
+}
+
+void printDisplacement(const PreparedRun& run) {
+    if (!run.counts) {
+        std::printf("the frames have vertices of their own, on a grid; displacements by vertex cannot be told\n");
+        return;
+    }
+    const std::optional<Displacement> moved = displacement(run.files.firstSurface, run.files.lastSurface);
+    if (moved) {
+        std::printf("the surface moved by %s mm on average, by %s mm at most\n", briefNumber(moved->mean).c_str(),
+                    briefNumber(moved->largest).c_str());
+    }
+}
+
+void printSummary(const PreparedRun& run) {
+    const std::int32_t epochs = run.numEpochs();
+    std::printf("%s: %s over %s\n", run.files.mesh.c_str(),
+                countOf(static_cast<std::uint64_t>(epochs), "frame").c_str(),
+                countOf(run.plan.totalDays(), "day").c_str());
+    if (epochs > 0) {
+        std::printf("frames: %s%s%s\n", run.files.frame(1).c_str(), epochs > 1 ? " to " : "",
+                    epochs > 1 ? run.files.frame(epochs).c_str() : "");
+    }
+    std::printf("first and last surface: %s, %s\nrun log: %s\n", run.files.firstSurface.c_str(),
+                run.files.lastSurface.c_str(), run.files.log.c_str());
+    printDisplacement(run);
+}
+
+/// A longer run before this one leaves frames that are not of this run.
+void warnOfOlderFrames(const PreparedRun& run) {
+    const std::string next = run.files.frame(run.numEpochs() + 1);
+    if (std::filesystem::exists(next)) {
+        printWarning(next + " and any frames after it are from an earlier, longer run");
+    }
+}
+
+}  // namespace
+
+int runCommand(const RunOptions& options, const std::vector<std::string>& arguments) {
+    if (!options.config.empty() && !options.config.ends_with(".cfg")) {
+        throw Failure(kExitUsage, options.config + ": the name of a parameter file ends in .cfg; rename it");
+    }
+    int status = kExitDone;
+    const SessionPlan plan = askForPlan(arguments, status);
+    if (status != kExitDone) {
+        return status;
+    }
+    const PreparedRun run = prepare(options, plan);
+    FrameCheck frames(run.outputs(), run.counts);
+    status = runChild(run, options, arguments, frames);
+    if (status != kExitDone) {
+        return status;
+    }
+    checkOutputs(run, frames);
+    printSummary(run);
+    warnOfOlderFrames(run);
+    return kExitDone;
+}
+
+}  // namespace talvek::host

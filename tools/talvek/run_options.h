@@ -1,0 +1,57 @@
+// What the user asks of a run.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "talvek.h"
+
+namespace CLI {
+class App;
+}
+
+namespace talvek::host {
+
+/// A model by number, or by a name that is defined in some operating modes only.
+struct ModelChoice {
+    enum class Family : std::uint8_t { kAny, kOffsetting, kWeathering };
+    std::int32_t number = 0;
+    Family family = Family::kAny;
+};
+
+/// Values of one kind: one for every epoch, or one for each.
+using EpochValues = std::vector<float>;
+
+struct RunOptions {
+    std::string mesh;
+    std::optional<std::int32_t> mode;
+    std::optional<ModelChoice> model;
+    std::optional<std::int32_t> epochs;
+    std::vector<std::uint32_t> days;
+    /// SO2, NO2, Rv, RpH, in the order of the interface.
+    std::array<EpochValues, TALVEK_EPOCH_PARAMS> environment;
+    /// Constant offset, mean, spread, smoothing: the same slots in the offsetting mode.
+    std::array<EpochValues, TALVEK_EPOCH_PARAMS> offsets;
+    std::array<std::optional<float>, TALVEK_MATERIAL_PARAMS> material;
+    std::string config;
+    bool saveConfig = false;
+    bool keepInputFrame = false;
+    std::string mineralMap;
+    bool replaceMap = false;
+    std::string log;
+    bool isVerbose = false;
+};
+
+inline constexpr const char* kEnvironmentOptions[TALVEK_EPOCH_PARAMS] = {"--so2", "--no2", "--rv", "--rph"};
+inline constexpr const char* kOffsetOptions[TALVEK_EPOCH_PARAMS] = {"--offset", "--mean", "--sigma", "--smooth"};
+inline constexpr const char* kMaterialNames[TALVEK_MATERIAL_PARAMS] = {"De",  "Den", "Hd", "Ks",
+                                                                       "Ksn", "Kr",  "Mb", "Db"};
+
+/// Adds the arguments of a run to a command.
+void addRunArguments(CLI::App& command, RunOptions& options);
+
+}  // namespace talvek::host
