@@ -8,6 +8,8 @@
 #include <random>
 #include <vector>
 
+#include "base/system.h"
+
 namespace talvek::test {
 
 namespace fs = std::filesystem;
@@ -55,7 +57,8 @@ std::string readFile(const std::string& path) {
 }
 
 bool exists(const std::string& path) {
-    return fs::exists(path);
+    // The C++ runtime may take a narrow name for something else than the system does.
+    return system::kindOf(path.c_str()) != system::FileKind::kAbsent;
 }
 
 std::string withoutCarriageReturns(std::string text) {

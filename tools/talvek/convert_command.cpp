@@ -8,6 +8,7 @@
 #include "talvek/exit_status.h"
 #include "talvek/mesh_file.h"
 #include "talvek/obj_export.h"
+#include "talvek/paths.h"
 #include "talvek/ply.h"
 
 namespace talvek::host {
@@ -38,7 +39,7 @@ MeshWriter writerFor(const std::string& path) {
 int convertCommand(const std::string& from, const std::string& to) {
     const MeshWriter write = writerFor(to);
     std::error_code ignored;
-    if (std::filesystem::equivalent(from, to, ignored)) {
+    if (std::filesystem::equivalent(pathOf(from), pathOf(to), ignored)) {
         throw Failure(kExitUsage, to + ": a mesh is not written over itself; choose another name");
     }
     const std::unique_ptr<Object3D> mesh = readMesh(from);

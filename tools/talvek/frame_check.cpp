@@ -6,6 +6,7 @@
 
 #include "Vexo_Lib/load3d.h"
 #include "talvek/exit_status.h"
+#include "talvek/paths.h"
 
 namespace talvek::host {
 
@@ -15,7 +16,7 @@ FrameCheck::FrameCheck(const std::vector<std::string>& names, std::optional<Expe
     : expected_(expected) {
     for (const std::string& name : names) {
         std::error_code isAbsent;
-        const Time written = fs::last_write_time(name, isAbsent);
+        const Time written = fs::last_write_time(pathOf(name), isAbsent);
         if (!isAbsent) {
             earlier_.emplace(name, written);
         }
@@ -24,14 +25,14 @@ FrameCheck::FrameCheck(const std::vector<std::string>& names, std::optional<Expe
 
 bool FrameCheck::isNew(const std::string& name) const {
     std::error_code isAbsent;
-    const Time written = fs::last_write_time(name, isAbsent);
+    const Time written = fs::last_write_time(pathOf(name), isAbsent);
     const auto earlier = earlier_.find(name);
     return !isAbsent && (earlier == earlier_.end() || earlier->second != written);
 }
 
 void FrameCheck::check(const std::string& name) {
     if (!isNew(name)) {
-        const bool isOld = fs::exists(name);
+        const bool isOld = fs::exists(pathOf(name));
         throw Failure(kExitFrame, name + ": the frame could not be written; " +
                                       (isOld ? "the file of that name is from an earlier run; " : "") +
                                       "look for room on the disk and for write permission");

@@ -7,6 +7,7 @@
 
 #include "base/number_text.h"
 #include "base/system.h"
+#include "talvek/paths.h"
 
 namespace talvek::host {
 
@@ -85,7 +86,7 @@ std::uint64_t roomNeeded(const std::vector<std::string>& names, std::uint64_t by
     std::uint64_t needed = bytesEach;
     for (const std::string& name : names) {
         std::error_code isAbsent;
-        const std::uintmax_t replaced = std::filesystem::file_size(name, isAbsent);
+        const std::uintmax_t replaced = std::filesystem::file_size(pathOf(name), isAbsent);
         needed += isAbsent || replaced >= bytesEach ? (isAbsent ? bytesEach : 0) : bytesEach - replaced;
     }
     return needed;

@@ -9,6 +9,7 @@
 #include "talvek/exit_status.h"
 #include "talvek/frame_size.h"
 #include "talvek/messages.h"
+#include "talvek/paths.h"
 #include "weathering/rates.h"
 
 namespace talvek::host {
@@ -83,10 +84,10 @@ namespace {
 
 void requireWritableFolder(const RunFiles& files) {
     const fs::path probe = files.folder / (".talvek-" + std::to_string(system::processId()) + "-probe.tmp");
-    const std::string name = probe.string();
+    const std::string name = nameOf(probe);
     if (!system::File::createNew(name.c_str()).isOpen()) {
         throw Failure(kExitOutput,
-                      files.folder.string() +
+                      nameOf(files.folder) +
                           ": no file can be created in this folder, where the frames would go; look for its "
                           "permissions, or copy the mesh to a folder of your own");
     }
@@ -105,7 +106,7 @@ void requireRoom(const SessionPlan& plan, const Object3D& mesh, const RunFiles& 
     std::error_code isUnknown;
     const fs::space_info space = fs::space(files.folder, isUnknown);
     if (!isUnknown && space.available < needed) {
-        throw Failure(kExitOutput, files.folder.string() + ": the disk has " +
+        throw Failure(kExitOutput, nameOf(files.folder) + ": the disk has " +
                                        byteCount(static_cast<double>(space.available)) + " free, and the " +
                                        std::to_string(names.size()) + " surfaces of this run need about " +
                                        byteCount(static_cast<double>(needed)) + "; make room or run fewer epochs");

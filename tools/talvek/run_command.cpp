@@ -10,6 +10,7 @@
 #include "talvek/library_lines.h"
 #include "talvek/mesh_file.h"
 #include "talvek/messages.h"
+#include "talvek/paths.h"
 #include "talvek/preflight.h"
 #include "talvek/progress.h"
 #include "talvek/run_files.h"
@@ -171,7 +172,7 @@ void printSummary(const PreparedRun& run) {
 /// A longer run before this one leaves frames that are not of this run.
 void warnOfOlderFrames(const PreparedRun& run) {
     const std::string next = run.files.frame(run.numEpochs() + 1);
-    if (std::filesystem::exists(next)) {
+    if (std::filesystem::exists(pathOf(next))) {
         printWarning(next + " and any frames after it are from an earlier, longer run");
     }
 }

@@ -3,6 +3,7 @@
 #include <system_error>
 #include <utility>
 
+#include "talvek/paths.h"
 #include "weathering/frames.h"
 
 namespace talvek::host {
@@ -15,7 +16,7 @@ RunFiles::RunFiles(std::string meshName) : mesh(std::move(meshName)) {
     log = base + ".inf";
     firstSurface = mesh + ".obj_i.obj";
     lastSurface = mesh + ".obj_w.obj";
-    folder = fs::path(mesh).parent_path();
+    folder = pathOf(mesh).parent_path();
     if (folder.empty()) {
         folder = ".";
     }
@@ -40,7 +41,7 @@ void removeUnfinishedFiles(const fs::path& folder, std::uint64_t processId) {
     std::vector<fs::path> unfinished;
     std::error_code ignored;
     for (const fs::directory_entry& entry : fs::directory_iterator(folder, ignored)) {
-        const std::string name = entry.path().filename().string();
+        const std::string name = nameOf(entry.path().filename());
         if (name.starts_with(prefix) && name.ends_with(".tmp")) {
             unfinished.push_back(entry.path());
         }
