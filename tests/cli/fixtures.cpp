@@ -6,9 +6,9 @@ namespace talvek::test {
 
 namespace {
 
-constexpr const char* kPlaneTexels = "vt 0.1 0.1\nvt 0.9 0.1\nvt 0.1 0.9\nvt 0.9 0.9\n";
+constexpr const char* kPlaneTexels = "vt 0.25 0.25\nvt 0.75 0.25\nvt 0.25 0.75\nvt 0.75 0.75\n";
 
-/// Two triangles that fill most of texture space.
+/// Two triangles that fill a quarter of texture space.
 std::string texturedPlane(bool isClockwise) {
     const std::string vertices = "v 0 0 0\nv 10 0 0\nv 0 10 0\nv 10 10 0\n";
     const std::string faces = isClockwise ? "f 1/1 4/4 2/2\nf 1/1 3/3 4/4\n" : "f 1/1 2/2 4/4\nf 1/1 4/4 3/3\n";
@@ -21,27 +21,50 @@ void appendLittleEndian(std::string& bytes, std::uint32_t value, int size) {
     }
 }
 
-/// A bitmap of 4 x 4 pixels, the left half in one colour and the right half in the other (blue, green, red).
-std::string bitmap(const std::string& left, const std::string& right) {
-    constexpr std::uint32_t kSide = 4;
-    constexpr std::uint32_t kHeader = 54;
+constexpr std::uint32_t kSide = 4;
+constexpr std::uint32_t kHeader = 54;
+
+std::string bitmapHeaders(std::uint32_t pixelsAt, std::uint32_t bitsPerPixel) {
+    const std::uint32_t imageSize = kSide * kSide * bitsPerPixel / 8;
     std::string bytes = "BM";
-    appendLittleEndian(bytes, kHeader + kSide * kSide * 3, 4);
+    appendLittleEndian(bytes, pixelsAt + imageSize, 4);
     appendLittleEndian(bytes, 0, 4);
-    appendLittleEndian(bytes, kHeader, 4);
+    appendLittleEndian(bytes, pixelsAt, 4);
     appendLittleEndian(bytes, 40, 4);
     appendLittleEndian(bytes, kSide, 4);
     appendLittleEndian(bytes, kSide, 4);
     appendLittleEndian(bytes, 1, 2);
-    appendLittleEndian(bytes, 24, 2);
+    appendLittleEndian(bytes, bitsPerPixel, 2);
     appendLittleEndian(bytes, 0, 4);
-    appendLittleEndian(bytes, kSide * kSide * 3, 4);
+    appendLittleEndian(bytes, imageSize, 4);
     bytes.append(16, '\0');
+    return bytes;
+}
+
+/// A bitmap of 4 x 4 pixels, the left half in one colour and the right half in the other (blue, green, red).
+std::string bitmap(const std::string& left, const std::string& right) {
+    std::string bytes = bitmapHeaders(kHeader, 24);
     for (std::uint32_t pixel = 0; pixel < kSide * kSide; ++pixel) {
         bytes += pixel % kSide < kSide / 2 ? left : right;
     }
     return bytes;
 }
+
+/// The same size with a table of 256 colours, all pixels in the last one, white.
+std::string paletteBitmap() {
+    constexpr std::uint32_t kTable = 1024;
+    std::string bytes = bitmapHeaders(kHeader + kTable, 8);
+    bytes.append(kTable - 4, '\0');
+    bytes += std::string(3, '\xFF') + std::string(1, '\0');
+    return bytes + std::string(kSide * kSide, '\xFF');
+}
+
+/// The left half white, the right half grey, as a PNG.
+constexpr unsigned char kHalfPng[] = {
+    0x89, 0x50, 0x4E, 0x47, 0x0D, 0x0A, 0x1A, 0x0A, 0x00, 0x00, 0x00, 0x0D, 0x49, 0x48, 0x44, 0x52, 0x00, 0x00, 0x00,
+    0x04, 0x00, 0x00, 0x00, 0x04, 0x08, 0x02, 0x00, 0x00, 0x00, 0x26, 0x93, 0x09, 0x29, 0x00, 0x00, 0x00, 0x11, 0x49,
+    0x44, 0x41, 0x54, 0x78, 0xDA, 0x63, 0xF8, 0x0F, 0x06, 0x0D, 0x60, 0xC0, 0x40, 0x1C, 0x07, 0x00, 0xC9, 0xA9, 0x23,
+    0xE9, 0xDE, 0x8D, 0x79, 0x52, 0x00, 0x00, 0x00, 0x00, 0x49, 0x45, 0x4E, 0x44, 0xAE, 0x42, 0x60, 0x82};
 
 }  // namespace
 
@@ -73,6 +96,20 @@ void writeFixtures(const TempFolder& folder) {
     writeFile(folder.file("plane.obj"), objText(*makePlane(2)));
     writeFile(folder.file("textured.obj"), texturedPlane(false));
     writeFile(folder.file("textured.bmp"), bitmap(white, grey));
+    writeFile(folder.file("half.bmp"), bitmap(white, grey));
+    writeFile(folder.file("half.png"), {reinterpret_cast<const char*>(kHalfPng), sizeof kHalfPng});
+    writeFile(folder.file("palette.bmp"), paletteBitmap());
+    writeFile(folder.file("eight.obj"), texturedPlane(false));
+    writeFile(folder.file("eight.bmp"), paletteBitmap());
+    writeFile(folder.file("fakemap.obj"), texturedPlane(false));
+    writeFile(folder.file("fakemap.bmp"), "no bitmap");
+    writeFile(folder.file("partly.obj"), texturedPlane(false));
+    writeFile(folder.file("partly.bmp"), bitmap(white, unknown));
+    writeFile(folder.file("Mixed.Obj"), texturedPlane(false));
+    // A face without an area, three faces on one edge, a face turned against its neighbour, a vertex twice, one unused.
+    writeFile(folder.file("faulty.obj"),
+              "v 0 0 0\nv 1 0 0\nv 0 1 0\nv 0 -1 0\nv 0 0 1\nv 0 0 1\nv 9 9 9\n"
+              "f 1 2 3\nf 2 1 4\nf 1 2 5\nf 3 1 6\nf 1 2 2\n");
     writeFile(folder.file("clockwise.obj"), texturedPlane(true));
     writeFile(folder.file("clockwise.bmp"), bitmap(white, white));
     writeFile(folder.file("mapless.obj"), texturedPlane(false));

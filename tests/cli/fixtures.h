@@ -11,6 +11,10 @@ namespace talvek::test {
 ///   clockwise.obj     the same the other way round in texture space, with a map of one mineral
 ///   mapless.obj       the same as textured.obj without a map beside it
 ///   white.bmp         a map of one mineral; unknown.bmp: one of a colour that stands for none
+///   half.bmp          the map of textured.obj; half.png: the same as a PNG; palette.bmp: white, 8 bits per pixel
+///   eight.obj         the same with a map of 8 bits; fakemap.obj: with a map that is none; partly.obj: with a map half
+///                     of which stands for no mineral
+///   faulty.obj        loads, with one fault of each kind; Mixed.Obj: a good mesh under a name that is not read
 ///   far.obj           a triangle a thousand kilometres from the origin
 ///   vertices.obj      vertices without faces
 ///   broken.obj        a face that names a vertex which is not there

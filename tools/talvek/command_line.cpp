@@ -12,6 +12,7 @@
 #include "talvek/convert_command.h"
 #include "talvek/exit_status.h"
 #include "talvek/host_session.h"
+#include "talvek/info_command.h"
 #include "talvek/messages.h"
 #include "talvek/run_command.h"
 #include "talvek/run_options.h"
@@ -32,6 +33,7 @@ class Program {
         app_.require_subcommand(0, 1);
         app_.footer(exitStatusTable() + "\ntalvek help COMMAND tells more of a command.");
         addRunCommands();
+        addInfo();
         addConvert();
         addHelp();
     }
@@ -75,6 +77,13 @@ class Program {
         addRunArguments(*command, options_);
     }
 
+    void addInfo() {
+        CLI::App* info =
+            addCommand("info", "Tell what a mesh consists of", [this] { return infoCommand(mesh_, asJson_); });
+        addMesh(*info, mesh_, "MESH", "Mesh to look at: .obj, .wrl, .sas, .bin, .fim or .ply");
+        info->add_flag("--json", asJson_, "Print one JSON object");
+    }
+
     void addConvert() {
         CLI::App* convert = addCommand("convert", "Turn a mesh into another format: OBJ, SAS or PLY",
                                        [this] { return convertCommand(mesh_, target_); });
@@ -113,6 +122,7 @@ class Program {
     RunOptions options_;
     std::string mesh_;
     std::string target_;
+    bool asJson_ = false;
     std::string helpTopic_;
     std::function<int()> action_;
 };

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "Vexo_Lib/sas.h"
 #include "mesh/object3d.h"
 #include "talvek/exit_status.h"
 #include "talvek/mesh_file.h"
@@ -22,7 +23,11 @@ struct ExportFormat {
     MeshWriter write;
 };
 
-constexpr ExportFormat kFormats[] = {{".obj", writeObjExport}, {".ply", writePly}};
+bool writeSas(const Object3D& mesh, const std::string& path) {
+    return WriteSasFile(path.c_str(), mesh);
+}
+
+constexpr ExportFormat kFormats[] = {{".obj", writeObjExport}, {".sas", writeSas}, {".ply", writePly}};
 
 MeshWriter writerFor(const std::string& path) {
     const std::string extension = lowerCaseExtension(path);

@@ -7,6 +7,7 @@
 
 #include "base/number_text.h"
 #include "base/system.h"
+#include "talvek/mesh_survey.h"
 #include "talvek/paths.h"
 
 namespace talvek::host {
@@ -45,21 +46,6 @@ std::uint64_t vertexBytes(const Object3D& mesh) {
     return bytes;
 }
 
-/// Twice the signed area of a face in texture space; 0 where it has none.
-double textureArea(const Object3D& mesh, std::size_t face) {
-    const std::int32_t* corners = mesh.texelIndex != nullptr ? &mesh.texelIndex[3 * face] : &mesh.vertexIndex[3 * face];
-    double u[3];
-    double t[3];
-    for (int k = 0; k < 3; ++k) {
-        if (corners[k] < 0 || corners[k] >= mesh.numTexels) {
-            return 0;
-        }
-        u[k] = static_cast<double>(mesh.texels[2 * static_cast<std::size_t>(corners[k])]);
-        t[k] = static_cast<double>(mesh.texels[2 * static_cast<std::size_t>(corners[k]) + 1]);
-    }
-    return (u[1] - u[0]) * (t[2] - t[0]) - (u[2] - u[0]) * (t[1] - t[0]);
-}
-
 }  // namespace
 
 std::uint64_t frameBytes(const Object3D& mesh) {
@@ -71,10 +57,7 @@ std::uint64_t frameBytes(const Object3D& mesh) {
 }
 
 std::uint64_t gridFrameBytes(const Object3D& mesh) {
-    double covered = 0;
-    for (std::size_t face = 0; mesh.texels != nullptr && face < static_cast<std::size_t>(mesh.numFaces); ++face) {
-        covered += std::max(textureArea(mesh, face), 0.0) / 2;
-    }
+    const double covered = surveyMesh(mesh).texture.coverage;
     const double cells = kGridCells * (covered < 1 ? covered : 1);
     const double perVertex =
         mesh.numVertices > 0 ? static_cast<double>(vertexBytes(mesh)) / static_cast<double>(mesh.numVertices) : 0;

@@ -1,6 +1,12 @@
 #include "talvek/mesh_file.h"
 
-#include "Vexo_Lib/load3d.h"
+#include <algorithm>
+
+#include "Vexo_Lib/bin.h"
+#include "Vexo_Lib/fim.h"
+#include "Vexo_Lib/obj.h"
+#include "Vexo_Lib/sas.h"
+#include "Vexo_Lib/wrl.h"
 #include "base/system.h"
 #include "talvek/exit_status.h"
 #include "talvek/ply.h"
@@ -8,6 +14,43 @@
 namespace talvek::host {
 
 namespace {
+
+/// The library's own loading would write the oldest version anew, in place.
+std::unique_ptr<Object3D> readSas(const char* path) {
+    std::unique_ptr<Object3D> legacy = ReadLegacySasFile(path);
+    return legacy != nullptr ? std::move(legacy) : LoadSasFile(path);
+}
+
+struct MeshFormat {
+    const char* extension;
+    std::unique_ptr<Object3D> (*read)(const char* path);
+};
+
+constexpr MeshFormat kFormats[] = {
+    {".obj", [](const char* path) { return ReadObjFile(path, true); }},
+    {".wrl", [](const char* path) { return ReadWrlFile(path, true); }},
+    {".sas", readSas},
+    {".bin", ReadBinFile},
+    {".fim", LoadFimFile},
+    {".ply", [](const char* path) { return readPly(path); }},
+};
+
+bool isInOneCase(const std::string& path) {
+    const std::string extension = path.substr(path.rfind('.'));
+    return std::ranges::none_of(extension, [](char c) { return c >= 'A' && c <= 'Z'; }) ||
+           std::ranges::none_of(extension, [](char c) { return c >= 'a' && c <= 'z'; });
+}
+
+}  // namespace
+
+std::string lowerCaseExtension(const std::string& path) {
+    const std::size_t dot = path.rfind('.');
+    std::string extension = dot == std::string::npos ? "" : path.substr(dot);
+    for (char& c : extension) {
+        c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    }
+    return extension;
+}
 
 void requireReadable(const std::string& path) {
     switch (system::kindOf(path.c_str())) {
@@ -23,26 +66,43 @@ void requireReadable(const std::string& path) {
     }
 }
 
-}  // namespace
-
-std::string lowerCaseExtension(const std::string& path) {
-    const std::size_t dot = path.rfind('.');
-    std::string extension = dot == std::string::npos ? "" : path.substr(dot);
-    for (char& c : extension) {
-        c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+std::unique_ptr<Object3D> readUnchecked(const std::string& path) {
+    const std::string extension = lowerCaseExtension(path);
+    for (const MeshFormat& format : kFormats) {
+        if (extension == format.extension && isInOneCase(path)) {
+            return format.read(path.c_str());
+        }
+        if (extension == format.extension) {
+            throw Failure(
+                kExitMesh,
+                path + ": extensions are read in lower or upper case only; rename the file to end in " + extension);
+        }
     }
-    return extension;
+    throw Failure(kExitMesh, path + ": there is no reader for " +
+                                 (extension.empty() ? "a name without extension" : extension) +
+                                 "; the library reads .obj, .wrl, .sas, .bin and .fim");
+}
+
+std::int64_t firstBadCorner(const Object3D& mesh) {
+    const auto corners = mesh.faceSpan();
+    const auto bad = std::ranges::find_if(
+        corners, [&mesh](std::int32_t vertex) { return vertex < 0 || vertex >= mesh.numVertices; });
+    return bad == corners.end() ? -1 : bad - corners.begin();
 }
 
 std::unique_ptr<Object3D> readMesh(const std::string& path) {
     requireReadable(path);
-    if (lowerCaseExtension(path) == ".ply") {
-        return readPly(path);
-    }
-    std::unique_ptr<Object3D> mesh = LoadMeshFile(path.c_str());
+    std::unique_ptr<Object3D> mesh = readUnchecked(path);
     if (mesh == nullptr) {
         throw Failure(kExitMesh, path + ": the mesh does not load; talvek check says why");
     }
+    const std::int64_t corner = firstBadCorner(*mesh);
+    if (corner >= 0) {
+        throw Failure(kExitMesh, path + ": the mesh does not load: face " + std::to_string(corner / 3 + 1) +
+                                     " names a vertex that is not there; talvek check says more");
+    }
+    mesh->updateNormals(true);
+    mesh->largestCoordinate = largestAbsoluteCoordinate(*mesh);
     return mesh;
 }
 

@@ -11,8 +11,18 @@ namespace talvek::host {
 /// ".obj" of "Stone.OBJ"; empty where there is none.
 std::string lowerCaseExtension(const std::string& path);
 
+/// Throws Failure unless there is a file that can be opened.
+void requireReadable(const std::string& path);
+
+/// What the reader for the file's extension makes of it, before any index is looked at; null when it refuses the file.
+/// Throws Failure for an extension that has no reader.
+std::unique_ptr<Object3D> readUnchecked(const std::string& path);
+
 /// Reads and completes a mesh: as a run would, or from a PLY file, which no run reads. Throws Failure with the reason
 /// when there is none.
 std::unique_ptr<Object3D> readMesh(const std::string& path);
+
+/// A face corner that names a vertex which is not there; -1 when there is none.
+std::int64_t firstBadCorner(const Object3D& mesh);
 
 }  // namespace talvek::host

@@ -9,7 +9,7 @@
 namespace talvek::host {
 
 /// Reads the vertices, the faces and the texture coordinates of a PLY file, text or little-endian binary. Polygons
-/// become fans of triangles. Throws Failure with the reason when the file cannot be read.
+/// become fans of triangles. Indices are not checked. Throws Failure with the reason when the file cannot be read.
 std::unique_ptr<Object3D> readPly(const std::string& path);
 
 /// Writes little-endian binary PLY: positions and normals, texture coordinates by vertex where there is one for each,

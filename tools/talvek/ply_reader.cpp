@@ -4,11 +4,11 @@
 #include <limits>
 #include <vector>
 
-#include "base/input_file.h"
 #include "base/number_text.h"
 #include "talvek/exit_status.h"
 #include "talvek/ply.h"
 #include "talvek/ply_header.h"
+#include "talvek/whole_file.h"
 
 namespace talvek::host {
 
@@ -196,31 +196,10 @@ class PlyMesh {
     std::vector<std::int32_t> cornerIndex_;
 };
 
-std::string readWhole(const std::string& path) {
-    InputFile file(path.c_str());
-    std::string bytes;
-    if (!file.isOpen() || file.remaining() < 0) {
-        throw Failure(kExitMesh, path + ": the file cannot be opened");
-    }
-    bytes.resize(static_cast<std::size_t>(file.remaining()));
-    bytes.resize(file.read(bytes.data(), bytes.size()));
-    return bytes;
-}
-
-void requireExistingVertices(const Object3D& mesh, const std::string& path) {
-    for (std::size_t i = 0; i < mesh.faceSpan().size(); ++i) {
-        if (mesh.faceSpan()[i] >= mesh.numVertices) {
-            throw Failure(kExitMesh, path + ": face " + std::to_string(i / 3) + " names vertex " +
-                                         std::to_string(mesh.faceSpan()[i]) + " of " +
-                                         std::to_string(mesh.numVertices));
-        }
-    }
-}
-
 }  // namespace
 
 std::unique_ptr<Object3D> readPly(const std::string& path) {
-    const std::string bytes = readWhole(path);
+    const std::string bytes = readWholeFile(path, kExitMesh);
     std::string_view rest = bytes;
     const PlyHeader header = readPlyHeader(rest, path);
     PlyValues values(rest, header.isBinary, path);
@@ -228,10 +207,7 @@ std::unique_ptr<Object3D> readPly(const std::string& path) {
     for (const PlyElement& element : header.elements) {
         collected.readElement(element);
     }
-    std::unique_ptr<Object3D> mesh = collected.build();
-    requireExistingVertices(*mesh, path);
-    mesh->updateNormals(true);
-    return mesh;
+    return collected.build();
 }
 
 }  // namespace talvek::host

@@ -8,8 +8,11 @@
 #include "base/system.h"
 #include "talvek/exit_status.h"
 #include "talvek/frame_size.h"
+#include "talvek/mesh_survey.h"
 #include "talvek/messages.h"
+#include "talvek/mineral_map_file.h"
 #include "talvek/paths.h"
+#include "weathering/mineral_offsets.h"
 #include "weathering/rates.h"
 
 namespace talvek::host {
@@ -26,16 +29,14 @@ bool isOffsetting(const SessionPlan& plan) {
     return plan.mode == TALVEK_MODE_OFFSETTING;
 }
 
-bool needsTexels(const SessionPlan& plan, const RunFiles& files) {
-    return plan.mode == TALVEK_MODE_QEMSCAN || (plan.mode == TALVEK_MODE_GRAIN_WEAVER &&
-                                                system::kindOf(files.mineralMap.c_str()) != system::FileKind::kAbsent);
+bool needsMap(const SessionPlan& plan) {
+    return plan.mode == TALVEK_MODE_QEMSCAN || plan.mode == TALVEK_MODE_GRAIN_WEAVER;
 }
 
-bool hasFaceTexels(const Object3D& mesh) {
-    return mesh.texels != nullptr && mesh.numTexels > 0 &&
-           (mesh.texelIndex == nullptr ||
-            std::any_of(mesh.texelIndex.get(), mesh.texelIndex.get() + mesh.faceSpan().size(),
-                        [](std::int32_t index) { return index >= 0; }));
+/// The grid of mode 2 takes the vertices' own numbers where faces name no texels.
+bool isTextured(const SessionPlan& plan, const Object3D& mesh) {
+    return plan.mode == TALVEK_MODE_QEMSCAN ? mesh.texels != nullptr && surveyMesh(mesh).texture.faces > 0
+                                            : hasTexture(mesh) && surveyMesh(mesh).texture.faces > 0;
 }
 
 void requireOwnOptions(const std::array<EpochValues, TALVEK_EPOCH_PARAMS>& given, const char* const* names,
@@ -60,6 +61,10 @@ void requireDefinedPair(const SessionPlan& plan, const RunOptions& options) {
                           (isOffsetting(plan) ? "; models are 0 (constant), 1 (random), 2 (smoothing)"
                                               : "; models are 1 (so2), 2 (so2-no2), 3 (acid-rain)"));
     }
+    if (!needsMap(plan) && !options.mineralMap.empty()) {
+        throw Failure(kExitUsage, std::string("--mineral-map has no effect in mode ") + kModeNames[plan.mode] +
+                                      "; leave it out or choose mode 2 or 3");
+    }
     if (isOffsetting(plan)) {
         requireOwnOptions(options.environment, kEnvironmentOptions, plan);
     } else {
@@ -73,11 +78,21 @@ void requireSuitableMesh(const SessionPlan& plan, const Object3D& mesh, const Ru
                                      countOf(static_cast<std::uint64_t>(mesh.numFaces), "face") + " on " +
                                      std::to_string(mesh.numVertices) + " vertices; there is no surface to weather");
     }
-    if (needsTexels(plan, files) && !hasFaceTexels(mesh)) {
+    if (needsMap(plan) && !isTextured(plan, mesh)) {
         throw Failure(kExitRefused, files.mesh + ": mode " + kModeNames[plan.mode] +
                                         " needs texture coordinates, and this mesh has none; export it with texture "
                                         "coordinates, or use mode 1 (mesh)");
     }
+}
+
+void requireMineralMap(const SessionPlan& plan, const RunOptions& options, const RunFiles& files) {
+    if (!needsMap(plan)) {
+        return;
+    }
+    if (!options.mineralMap.empty()) {
+        placeMineralMap(options.mineralMap, files.mineralMap, options.replaceMap);
+    }
+    requireUsableMap(files.mineralMap);
 }
 
 namespace {

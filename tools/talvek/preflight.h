@@ -17,6 +17,10 @@ void requireDefinedPair(const SessionPlan& plan, const RunOptions& options);
 /// Throws Failure where the mesh does not carry what the mode needs.
 void requireSuitableMesh(const SessionPlan& plan, const Object3D& mesh, const RunFiles& files);
 
+/// In the modes that read a mineral map: puts the one of the options in place and throws Failure unless there is a map
+/// that can be used.
+void requireMineralMap(const SessionPlan& plan, const RunOptions& options, const RunFiles& files);
+
 /// Throws Failure unless files can be created in the folder and the disk has room for the frames.
 void requireRoom(const SessionPlan& plan, const Object3D& mesh, const RunFiles& files, bool withInputFrame);
 

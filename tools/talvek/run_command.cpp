@@ -78,6 +78,7 @@ PreparedRun prepare(const RunOptions& options, const SessionPlan& plan) {
     const std::unique_ptr<Object3D> mesh = readMesh(options.mesh);
     requireSuitableMesh(plan, *mesh, run.files);
     requireFiniteDeltas(plan);
+    requireMineralMap(plan, options, run.files);
     requireRoom(plan, *mesh, run.files, run.withInputFrame);
     const std::string warning = roundingWarning(plan, *mesh);
     if (!warning.empty()) {
