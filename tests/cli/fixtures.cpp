@@ -78,6 +78,39 @@ constexpr const char* kPlyIndexTooLarge =
     "ply\nformat ascii 1.0\nelement vertex 3\nproperty float x\nproperty float y\nproperty float z\n"
     "element face 1\nproperty list uchar int vertex_indices\nend_header\n0 0 0\n1 0 0\n0 1 0\n3 0 1 7\n";
 
+std::string words(std::initializer_list<std::uint32_t> values) {
+    std::string bytes;
+    for (const std::uint32_t value : values) {
+        appendLittleEndian(bytes, value, 4);
+    }
+    return bytes;
+}
+
+/// One triangle in the oldest version: 3 vertices and 1 face, component by component.
+std::string oldSas() {
+    constexpr std::uint32_t kOne = 0x3F800000;
+    return words({7777, 1, 3, 0, 20, 0, kOne, 0, 0, 0, kOne, 0, 0, 0, 0, 1, 2, 0, 0, 0, 0, 0, 0});
+}
+
+void writeBinaryFixtures(const TempFolder& folder) {
+    constexpr std::uint32_t kMinusOne = 0xFFFFFFFF;
+    writeFile(folder.file("old.sas"), oldSas());
+    writeFile(folder.file("old-copy.sas"), oldSas());
+    writeFile(folder.file("version.sas"), words({7776, 1, 3, 0, 20}));
+    writeFile(folder.file("head.sas"), words({7778, 1}));
+    writeFile(folder.file("cut.sas"), words({7778, 2, 6, 0, 20}) + std::string(40, '\0'));
+    writeFile(folder.file("negative.bin"), words({3, kMinusOne}));
+    writeFile(folder.file("channels.fim"), words({2, 2, 4}) + std::string(64, '\0'));
+}
+
+void writeObjFixtures(const TempFolder& folder) {
+    const std::string square = "v 0 0 0\nv 1 0 0\nv 1 1 0\nv 0 1 0\n";
+    writeFile(folder.file("relative.obj"), square + "f -3 -2 -1\n");
+    writeFile(folder.file("quads.obj"), square + "f 1 2 3 4\nf 4 3 2 1\n");
+    writeFile(folder.file("comment.obj"), "# the v component\n" + square + "f 1 2 3\nf 1 3 4\n");
+    writeFile(folder.file("short.obj"), "v 0 0 0\nv 1 0 0\nv 1 2\nv 0 1 0\nf 1 2 4\nf 1 3 2\n");
+}
+
 void writePlyFixtures(const TempFolder& folder) {
     const std::string text = kTextPly;
     writeFile(folder.file("text.ply"), text);
@@ -123,6 +156,8 @@ void writeFixtures(const TempFolder& folder) {
               "v 0 0 0\nv 10 0 0\nv 0 10 0\nv 10 10 0\nvt 0 0\nvt 0.4 0\nvt 0.4 1\nvt 0.5 0\n"
               "vt 0.9 1\nvt 0.5 1\nf 1/1 2/2 4/3\nf 1/4 4/5 3/6\n");
     writePlyFixtures(folder);
+    writeBinaryFixtures(folder);
+    writeObjFixtures(folder);
     writeFile(folder.file("two.cfg"),
               "mode = 1;\nmodel = 1;\nmtl = 0.14, 0.11, 544.3, 312, 375, 2452, 100.9, 2.714;\nepcs = 2;\n"
               "epc_1 = 100, 4e-13, 1e-12, 1, 5;\nepc_2 = 200, 4e-13, 1e-12, 1, 5;\n");

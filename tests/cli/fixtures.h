@@ -21,6 +21,9 @@ namespace talvek::test {
 ///   digits.obj        coordinates with many digits
 ///   seam.obj          a plane whose two faces share vertices but no texels
 ///   text.ply          a square as text; cut.ply, big.ply, fake.ply, index.ply: faulty in one way each
+///   relative.obj, quads.obj, comment.obj, short.obj: each with something that the reader takes otherwise than meant
+///   old.sas           a triangle in the oldest version, old-copy.sas the same; version.sas, head.sas, cut.sas,
+///                     negative.bin, channels.fim: faulty in one way each
 ///   two.cfg           mode 1, model 1, two epochs of 100 and 200 days
 void writeFixtures(const TempFolder& folder);
 

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "talvek.h"
+#include "talvek/check_command.h"
 #include "talvek/child_process.h"
 #include "talvek/convert_command.h"
 #include "talvek/exit_status.h"
@@ -33,6 +34,7 @@ class Program {
         app_.require_subcommand(0, 1);
         app_.footer(exitStatusTable() + "\ntalvek help COMMAND tells more of a command.");
         addRunCommands();
+        addCheck();
         addInfo();
         addConvert();
         addHelp();
@@ -75,6 +77,12 @@ class Program {
         CLI::App* command = addCommand(name, "", [this, action] { return action(options_); });
         command->group("");
         addRunArguments(*command, options_);
+    }
+
+    void addCheck() {
+        CLI::App* check = addCommand("check", "Tell why a mesh does not load or will not weather well",
+                                     [this] { return checkCommand(mesh_); });
+        addMesh(*check, mesh_, "MESH", "Mesh to look through: .obj, .wrl, .sas, .bin, .fim or .ply");
     }
 
     void addInfo() {
