@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "base/input_file.h"
+#include "base/little_endian.h"
 
 namespace talvek {
 
@@ -37,14 +38,6 @@ std::uint32_t unsigned16(const Byte* bytes) {
     return static_cast<std::uint32_t>(bytes[0] | bytes[1] << 8);
 }
 
-std::uint32_t unsigned32(const Byte* bytes) {
-    return unsigned16(bytes) | unsigned16(bytes + 2) << 16;
-}
-
-std::int32_t signed32(const Byte* bytes) {
-    return static_cast<std::int32_t>(unsigned32(bytes));
-}
-
 bool skipBytes(InputFile& file, std::int64_t count) {
     std::array<char, 4096> dropped;
     while (count > 0) {
@@ -66,15 +59,15 @@ std::optional<BitmapHeader> readHeader(InputFile& file) {
     if (file.read(bytes.data(), bytes.size()) < bytes.size() || unsigned16(bytes.data()) != kSignature) {
         return {};
     }
-    const std::int64_t pixelOffset = unsigned32(bytes.data() + 10);
+    const std::int64_t pixelOffset = fromLittleEndian<std::uint32_t>(bytes.data() + 10);
     if (pixelOffset < std::int64_t{kHeadersSize} || !skipBytes(file, pixelOffset - std::int64_t{kHeadersSize})) {
         return {};
     }
     const Byte* information = bytes.data() + kFileHeaderSize;
-    return BitmapHeader{.width = signed32(information + 4),
-                        .height = signed32(information + 8),
+    return BitmapHeader{.width = fromLittleEndian<std::int32_t>(information + 4),
+                        .height = fromLittleEndian<std::int32_t>(information + 8),
                         .bitsPerPixel = static_cast<std::int32_t>(unsigned16(information + 14)),
-                        .imageSize = unsigned32(information + 20)};
+                        .imageSize = fromLittleEndian<std::uint32_t>(information + 20)};
 }
 
 /// A product of numbers that are not negative; too large a one becomes a size that no file has.
