@@ -50,6 +50,12 @@ def fim(width, height, channels, hole=None):
     return ints(width, height, channels) + floats(*pixels)
 
 
+def bitmap(width, height, bits, offset=54, size=0):
+    row = (width * (bits // 8) + 3) // 4 * 4
+    headers = b"BM" + ints(0, 0, offset, 40, width, height, 1 | bits << 16, 0, size, 0, 0, 0, 0)
+    return headers.ljust(offset, b"\0") + bytes((i * 37) % 256 for i in range(row * abs(height)))
+
+
 OBJ_TETRAHEDRON = "\n".join(
     ["# tetrahedron", "mtllib a.mtl", "o stone"]
     + ["v %g %g %g" % tuple(VERTICES[i : i + 3]) for i in range(0, 12, 3)]
@@ -103,6 +109,12 @@ SEEDS = {
         + "TextureCoordinate2 { point [ 0 0, 1 1] } IndexedFaceSet { coordIndex [ 0, 1, 2, -1 ] }",
         "glued_bracket": "Coordinate [ 1,2,3 4=5 6 7 8 9] coordIndex [ 0 1 2 0 -1] 0 1 2 ]",
         "no_faces": "Coordinate [ 1 2 3 ]",
+    },
+    "bitmap": {
+        "colours": bitmap(3, 2, 24),
+        "palette": bitmap(5, 3, 8, offset=70, size=24),
+        "upside_down": bitmap(2, -2, 24),
+        "four_bytes": bitmap(2, 2, 32),
     },
     "parameters": {
         "every_key": EPOCHS + "epc_0 = 30, 1, 2, 3, 4;\nepc_2 = 10, 0, 0, 0, 4.5;\n",

@@ -119,7 +119,8 @@ HeapArray<Byte> readBytes(InputFile& file, std::int64_t count) {
 
 MineralMap mapOf(const PixelLayout& layout, const Byte* bytes) {
     MineralMap map = makeImage(layout.width, layout.height, layout.channels);
-    if (layout.channels == 1 || layout.channels == 3) {
+    // A map without columns may claim any number of rows.
+    if (layout.width > 0 && (layout.channels == 1 || layout.channels == 3)) {
         for (std::int32_t y = 0; y < layout.height; ++y) {
             const Byte* row = bytes + layout.rowStep * y;
             std::copy(row, row + layout.rowBytes, map.pixel(0, y));
