@@ -160,7 +160,7 @@ TEST_F(Settings, ALongerNameIsRefusedAndThePreviousOneStays) {
 }
 
 TEST_F(Settings, ALongNameIsCutInMessagesOnly) {
-    const std::string name = folder_.file(std::string(1019 - folder_.path().size() - 1, '/') + ".obj");
+    const std::string name = std::string(1019, 'n') + ".obj";
     ASSERT_EQ(TALVEK_CALL(talvekSetFileName)(name.c_str()), TALVEK_OK);
     setUp(1, 3);
     EXPECT_EQ(start(), TALVEK_ERROR_MESH);
