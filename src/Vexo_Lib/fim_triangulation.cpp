@@ -23,7 +23,7 @@ class FimTriangulation {
           numbers_(makeZeroedArray<std::int32_t>(numPixels_)),
           positions_(makeArray<float>(3 * numPixels_)),
           texels_(makeArray<float>(2 * numPixels_)),
-          corners_(makeArray<std::int32_t>(3 * 2 * numPixels_)) {}
+          corners_(makeArray<std::int32_t>(6 * numPixels_)) {}
 
     void run() {
         if (image_.width < 2 || image_.height < 2) {
