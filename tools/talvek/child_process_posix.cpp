@@ -14,8 +14,6 @@
 
 #include "talvek/child_process.h"
 
-extern char** environ;  // NOLINT(readability-identifier-naming): the system's own name
-
 namespace talvek::host {
 
 namespace {
@@ -62,6 +60,7 @@ class SpawnSettings {
 
 pid_t spawn(const std::vector<std::string>& command, int outputEnd, ChildErrors errors) {
     std::vector<char*> arguments;
+    arguments.reserve(command.size() + 1);
     for (const std::string& argument : command) {
         arguments.push_back(const_cast<char*>(argument.c_str()));
     }

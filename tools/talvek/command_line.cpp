@@ -58,7 +58,7 @@ class Program {
     }
 
   private:
-    CLI::App* addCommand(const char* name, const char* description, std::function<int()> action) {
+    CLI::App* addCommand(const char* name, const char* description, const std::function<int()>& action) {
         CLI::App* command = app_.add_subcommand(name, description);
         command->callback([this, action] { action_ = action; });
         return command;

@@ -73,9 +73,9 @@ std::unique_ptr<Object3D> readUnchecked(const std::string& path) {
             return format.read(path.c_str());
         }
         if (extension == format.extension) {
-            throw Failure(
-                kExitMesh,
-                path + ": extensions are read in lower or upper case only; rename the file to end in " + extension);
+            std::string message = path;
+            message += ": extensions are read in lower or upper case only; rename the file to end in ";
+            throw Failure(kExitMesh, message + extension);
         }
     }
     throw Failure(kExitMesh, path + ": there is no reader for " +

@@ -97,7 +97,7 @@ VertexSurvey surveyVertices(const Object3D& mesh) {
         }
     }
     std::ranges::sort(points);
-    survey.duplicate = points.end() - std::ranges::unique(points).begin();
+    survey.duplicate = points.end() - std::unique(points.begin(), points.end());
     return survey;
 }
 

@@ -136,7 +136,7 @@ class PlyMesh {
                 values_.fail("the file is too short for a list");
             }
             std::vector<double>& list = lists.emplace_back();
-            for (double i = 0; i < count; ++i) {
+            for (auto left = static_cast<std::int64_t>(count); left > 0; --left) {
                 list.push_back(values_.next(property.type));
             }
         }

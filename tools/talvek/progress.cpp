@@ -1,6 +1,7 @@
 #include "talvek/progress.h"
 
 #include <charconv>
+#include <cmath>
 #include <cstdio>
 
 namespace talvek::host {
@@ -34,7 +35,7 @@ std::string progressText(std::int32_t epoch, std::int32_t numEpochs, double seco
                        std::to_string(std::int64_t{100} * done / numEpochs) + " %";
     if (done > 0) {
         const double left = seconds / done * (numEpochs - done);
-        text += ", " + clockTime(static_cast<std::uint64_t>(left + 0.5)) + " left";
+        text += ", " + clockTime(static_cast<std::uint64_t>(std::llround(left))) + " left";
     }
     return text;
 }

@@ -10,7 +10,7 @@
 
 #include "talvek.h"
 
-namespace CLI {
+namespace CLI {  // NOLINT(readability-identifier-naming): the name that the library gave it
 class App;
 }
 
