@@ -29,10 +29,14 @@ std::string CurrentDirectory() {
     return system::currentDirectory();
 }
 
+std::string errorReport(const SourceSite& site, std::string_view message, std::string_view path) {
+    const std::string prefix = linePrefix(site);
+    return prefix + "ERROR INFORMATION BELOW\n" + prefix + "Current dir: " + CurrentDirectory() + "\n" + prefix +
+           std::string(message).append(path).append("\n");
+}
+
 void reportError(const SourceSite& site, std::string_view message, std::string_view path) {
-    reportLine(site, "ERROR INFORMATION BELOW");
-    reportLine(site, "Current dir: " + CurrentDirectory());
-    reportLine(site, std::string(message).append(path));
+    system::writeToStandardError(errorReport(site, message, path));
 }
 
 void reportLine(const SourceSite& site, std::string_view text) {

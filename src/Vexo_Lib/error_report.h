@@ -20,6 +20,9 @@ struct SourceSite {
 /// Writes three lines: an announcement, the working directory, and `message` directly followed by `path`.
 void reportError(const SourceSite& site, std::string_view message, std::string_view path);
 
+/// The text that reportError writes.
+std::string errorReport(const SourceSite& site, std::string_view message, std::string_view path);
+
 /// Writes one line that begins as the lines of an error report do: time, source and line number.
 void reportLine(const SourceSite& site, std::string_view text);
 

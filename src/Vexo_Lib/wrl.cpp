@@ -32,6 +32,34 @@ struct ListedArray {
     }
 };
 
+/// Messages on their way out, written in large pieces: a file may give cause for a hundred thousand of them.
+class Messages {
+  public:
+    explicit Messages(void (*write)(std::string_view)) : write_(write) {}
+    Messages(const Messages&) = delete;
+    Messages& operator=(const Messages&) = delete;
+    ~Messages() { flush(); }
+
+    void add(std::string_view text) {
+        constexpr std::size_t kMostPending = 65536;
+        if (pending_.size() + text.size() > kMostPending) {
+            flush();
+        }
+        pending_ += text;
+    }
+
+    void flush() {
+        if (!pending_.empty()) {
+            write_(pending_);
+            pending_.clear();
+        }
+    }
+
+  private:
+    void (*write_)(std::string_view);
+    std::string pending_;
+};
+
 class WrlReader {
   public:
     explicit WrlReader(InputFile& file) : scanner_(file, kWrlSeparators), mesh_(std::make_unique<Object3D>()) {}
@@ -41,6 +69,8 @@ class WrlReader {
         while (scanner_.nextToken(token)) {
             readNode(token);
         }
+        reports_.flush();
+        output_.flush();
     }
 
     bool hasPolygons() const { return mesh_->numFaces > 0 && mesh_->numVertices > 0; }
@@ -77,13 +107,19 @@ class WrlReader {
         } else if (name == "TextureCoordinate2" || name == "TextureCoordinate") {
             readTexels();
         } else if (name == "Coordinate3" || name == "Coordinate") {
-            readVertexValues(positions_, "WRL ERROR: Number of vertices does not match number of vertex color values.");
+            if (!readVertexValues(positions_)) {
+                complain(TALVEK_HERE, positionReport_,
+                         "WRL ERROR: Number of vertices does not match number of vertex color values.");
+            }
         } else if (name == "coordIndex") {
             readVertexIndex();
         } else if (name == "texCoordIndex") {
             readTexelIndex();
         } else if (name == "Color") {
-            readVertexValues(colours_, "WRL ERROR: Number of vertex color values does not match number of vertices.");
+            if (!readVertexValues(colours_)) {
+                complain(TALVEK_HERE, colourReport_,
+                         "WRL ERROR: Number of vertex color values does not match number of vertices.");
+            }
         }
     }
 
@@ -107,10 +143,19 @@ class WrlReader {
         }
     }
 
-    /// Positions or colours; whichever comes first tells how many vertices there are.
-    void readVertexValues(ListedArray<float>& array, std::string_view complaint) {
+    /// The same report many times over is made once.
+    void complain(const SourceSite& site, std::string& report, std::string_view message) {
+        if (report.empty()) {
+            report = errorReport(site, message, "");
+        }
+        reports_.add(report);
+    }
+
+    /// Positions or colours; whichever comes first tells how many vertices there are. False when the other does not
+    /// agree.
+    bool readVertexValues(ListedArray<float>& array) {
         if (!openWrlList(scanner_)) {
-            return;
+            return true;
         }
         BlockList<float> values;
         readWrlFloats(scanner_, 3, values);
@@ -118,9 +163,8 @@ class WrlReader {
         array.take(values);
         if (mesh_->numVertices == 0) {
             mesh_->numVertices = count;
-        } else if (count != mesh_->numVertices) {
-            reportError(TALVEK_HERE, complaint, "");
         }
+        return count == mesh_->numVertices;
     }
 
     void readVertexIndex() {
@@ -139,12 +183,16 @@ class WrlReader {
         BlockList<std::int32_t> corners;
         readWrlTriangles(scanner_, corners);
         if (corners.recordCount(3) != mesh_->numFaces) {
-            system::writeToStandardOutput("WRL ERROR: Texture index has not equal size with vertex index!\n");
+            output_.add("WRL ERROR: Texture index has not equal size with vertex index!\n");
         }
         texelIndex_.take(corners);
     }
 
     TextScanner scanner_;
+    Messages reports_{system::writeToStandardError};
+    Messages output_{system::writeToStandardOutput};
+    std::string positionReport_;
+    std::string colourReport_;
     std::unique_ptr<Object3D> mesh_;
     ListedArray<float> positions_;
     ListedArray<float> colours_;
