@@ -2,6 +2,7 @@
 // out the same to the last bit wherever it is computed.
 #include <cmath>
 
+#include "base/not_a_number.h"
 #include "mesh/object3d.h"
 #include "mesh/vector3.h"
 
@@ -86,7 +87,8 @@ void Object3D::rebuildVertexNormals() {
         }
         const Vector mean = tripleAt<float>(vertexNormals.get(), vertex) / static_cast<float>(count);
         const float size = length(mean);
-        storeTriple(vertexNormals.get(), vertex, size == 0 ? Vector{0, 0, 0} : mean / size);
+        const Vector unit = size == 0 ? Vector{0, 0, 0} : mean / size;
+        storeTriple(vertexNormals.get(), vertex, {withOneNan(unit.x), withOneNan(unit.y), withOneNan(unit.z)});
     }
 }
 

@@ -2,6 +2,8 @@
 
 #include <new>
 
+#include "base/not_a_number.h"
+
 namespace talvek {
 
 namespace {
@@ -26,7 +28,7 @@ std::unique_ptr<Object3D> workingCopy(const Object3D& mesh) {
 void moveAlongNormals(Object3D& mesh, float distance) {
     const std::span<float> positions = mesh.vertexSpan();
     for (std::size_t i = 0; i < positions.size(); ++i) {
-        positions[i] = positions[i] + distance * mesh.vertexNormals[i];
+        positions[i] = withOneNan(positions[i] + distance * mesh.vertexNormals[i]);
     }
 }
 

@@ -3,12 +3,13 @@
 
 #include <bit>
 #include <cmath>
-#include <cstring>
+#include <limits>
 #include <vector>
 
 #include "mesh/object3d.h"
 #include "support/meshes.h"
 #include "support/random_numbers.h"
+#include "weathering/surface.h"
 
 namespace talvek::test {
 namespace {
@@ -202,6 +203,20 @@ TEST(Normals, OfHugeFacesAreWhatTheArithmeticGives) {
     const auto mesh = makeMesh({0, 0, 0, 1.0e30F, 0, 0, 0, 1.0e30F, 0}, {0, 1, 2});
     mesh->updateNormals(true);
     EXPECT_TRUE(std::isnan(mesh->faceNormals[2])) << "infinity divided by infinity";
+}
+
+// The sign used to be that of the first or the second operand, as the compiler liked, so that frames of such meshes
+// differed from build to build.
+TEST(Normals, ThatAreNotNumbersHaveOneSign) {
+    const float inf = std::numeric_limits<float>::infinity();
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    const auto mesh = makeMesh({inf, nan, inf, nan, -nan, -inf, 3, nan, -nan}, {0, 1, 2});
+    mesh->updateNormals(true);
+    moveAlongNormals(*mesh, 1);
+    for (std::size_t i = 0; i < 9; ++i) {
+        EXPECT_TRUE(std::isnan(mesh->vertexNormals[i]) && std::signbit(mesh->vertexNormals[i])) << i;
+        EXPECT_TRUE(std::isnan(mesh->vertices[i]) && std::signbit(mesh->vertices[i])) << i;
+    }
 }
 
 TEST(Normals, OfAMeshWithoutFacesDivideByZero) {
