@@ -1,8 +1,10 @@
 #include "talvek/frame_check.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <system_error>
+#include <thread>
 
 #include "Vexo_Lib/load3d.h"
 #include "talvek/exit_status.h"
@@ -12,14 +14,37 @@ namespace talvek::host {
 
 namespace fs = std::filesystem;
 
+namespace {
+
+// How far apart two writes have to be for their times to differ.
+#ifdef _WIN32
+constexpr std::chrono::milliseconds kTimeResolution{2000};
+#else
+constexpr std::chrono::milliseconds kTimeResolution{20};
+#endif
+
+void waitUntilTimesDifferFrom(fs::file_time_type written) {
+    const auto age = fs::file_time_type::clock::now() - written;
+    if (age < kTimeResolution) {
+        std::this_thread::sleep_for(kTimeResolution);
+    }
+}
+
+}  // namespace
+
 FrameCheck::FrameCheck(const std::vector<std::string>& names, std::optional<ExpectedCounts> expected)
     : expected_(expected) {
+    Time newest = Time::min();
     for (const std::string& name : names) {
         std::error_code isAbsent;
         const Time written = fs::last_write_time(pathOf(name), isAbsent);
         if (!isAbsent) {
             earlier_.emplace(name, written);
+            newest = std::max(newest, written);
         }
+    }
+    if (!earlier_.empty()) {
+        waitUntilTimesDifferFrom(newest);
     }
 }
 
