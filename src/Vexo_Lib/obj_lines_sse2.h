@@ -54,8 +54,11 @@ inline constexpr std::uint64_t kLastOfEight[] = {0,
 
 /// Two eights of bytes side by side.
 inline __m128i sideBySide(const void* first, const void* second) {
-    const __m128d lower = _mm_load_sd(static_cast<const double*>(first));
-    return _mm_castpd_si128(_mm_loadh_pd(lower, static_cast<const double*>(second)));
+    std::int64_t low = 0;
+    std::int64_t high = 0;
+    std::memcpy(&low, first, sizeof low);
+    std::memcpy(&high, second, sizeof high);
+    return _mm_set_epi64x(high, low);
 }
 
 /// The digits of two numbers, which end before `firstEnd` and `secondEnd`, each at the end of eight bytes. Bytes above

@@ -115,8 +115,8 @@ TEST(MineralDeltaGrid, CarriesTheLastPixelsBeyondTheFarEdges) {
     const std::vector<Pixel> palette = {kWhitePixel, kGreyPixel, kRedPixel, kGreenPixel};
     for (const auto& [width, height] : {std::pair{1, 1}, {2, 3}, {7, 5}, {460, 460}, {600, 2}, {3, 1000}}) {
         std::vector<Pixel> pixels;
-        for (int i = 0; i < width * height; ++i) {
-            pixels.push_back(palette[static_cast<std::size_t>(i * i / 3 + i) % 4]);
+        for (std::size_t i = 0; i < static_cast<std::size_t>(width * height); ++i) {
+            pixels.push_back(palette[(i * i / 3 + i) % 4]);
         }
         const MineralMap map = makeMap(width, height, pixels);
         const auto grid = mineralDeltaGrid(map, -0.017);
