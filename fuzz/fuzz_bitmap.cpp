@@ -23,6 +23,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                     [](float value) { return !(value >= 0 && value <= 255); })) {
         std::abort();
     }
+    talvek::fuzz::countUse();
     // A grid takes a thousand times as long as the rest.
     if (size % 256 == 57) {
         const auto deltas = talvek::mineralDeltaGrid(*map, -0.5);

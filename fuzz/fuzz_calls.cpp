@@ -107,8 +107,8 @@ constexpr Call kCalls[] = {
     [](Bytes&) { talvekInit(); },
     [](Bytes&) { talvekFree(); },
     [](Bytes&) {
-        if (!isLongRun()) {
-            talvekStart();
+        if (!isLongRun() && talvekStart() == TALVEK_OK) {
+            talvek::fuzz::countUse();
         }
     },
     [](Bytes&) { talvekStop(); },

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 
@@ -29,6 +30,20 @@ class Folder {
     std::string path_;
 };
 
+/// The inputs so far, and how many of them were of use.
+class Tally {
+  public:
+    ~Tally() {
+        constexpr int kEnoughToJudge = 1000;
+        if (inputs >= kEnoughToJudge && uses == 0) {
+            std::abort();
+        }
+    }
+    std::int64_t inputs = 0;
+    std::int64_t uses = 0;
+};
+Tally tally;
+
 }  // namespace
 
 const std::string& folder() {
@@ -37,6 +52,7 @@ const std::string& folder() {
 }
 
 const char* writeInput(const char* name, const std::uint8_t* data, std::size_t size) {
+    ++tally.inputs;
     static std::string path;
     path = folder() + "/" + name;
     const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
@@ -44,6 +60,10 @@ const char* writeInput(const char* name, const std::uint8_t* data, std::size_t s
         std::abort();
     }
     return path.c_str();
+}
+
+void countUse() {
+    ++tally.uses;
 }
 
 }  // namespace talvek::fuzz

@@ -14,4 +14,8 @@ const std::string& folder();
 /// reader may have replaced the last one.
 const char* writeInput(const char* name, const std::uint8_t* data, std::size_t size);
 
+/// To be called when an input was sound enough to be worked on. A target that has ended without one has tested nothing,
+/// and aborts.
+void countUse();
+
 }  // namespace talvek::fuzz

@@ -17,6 +17,7 @@ void loadAndUse(const char* name, const std::uint8_t* data, std::size_t size) tr
         __builtin_trap();
     }
     test::weatherOnce(*mesh);
+    countUse();
 } catch (const std::bad_alloc&) {
     return;
 }

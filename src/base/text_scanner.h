@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstring>
 #include <string_view>
 
 #include "base/heap_array.h"
@@ -34,7 +35,9 @@ class TextScanner {
 
     /// Throws std::bad_alloc when there is no memory for the buffer.
     TextScanner(InputFile& file, const SeparatorSet& separators)
-        : file_(file), separators_(separators), buffer_(makeZeroedArray<char>(kMargin + kBufferSize)) {}
+        : file_(file), separators_(separators), buffer_(makeArray<char>(kMargin + kBufferSize)) {
+        std::memset(buffer_.get(), 0, kMargin);
+    }
 
     /// Reads the next token; false at the end of the file. The token's text is valid until the next call.
     bool nextToken(std::string_view& token);
