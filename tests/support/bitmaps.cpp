@@ -49,4 +49,10 @@ Bitmap plainBitmap(std::int32_t width, std::int32_t height, const Color& color) 
     return paintedBitmap(width, height, [&color](int, int) { return color; });
 }
 
+Bitmap patchyBitmap() {
+    constexpr Color kColors[] = {{255, 255, 255}, {128, 128, 128}, {0, 0, 255},
+                                 {0, 192, 0},     {1, 2, 3},       {255, 128, 128}};
+    return paintedBitmap(61, 47, [&kColors](int x, int y) { return kColors[(x * x + 3 * y + x * y / 7) % 6]; });
+}
+
 }  // namespace talvek::test

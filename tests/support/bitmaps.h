@@ -36,6 +36,9 @@ std::string bitmapBytes(const Bitmap& bitmap);
 /// A 24-bit bitmap of the given colours, rows padded, image size stated. Row 0 is the first in the file.
 Bitmap paintedBitmap(std::int32_t width, std::int32_t height, const std::function<Color(int x, int y)>& colorAt);
 
+/// Patches of five minerals and of a colour that is none.
+Bitmap patchyBitmap();
+
 /// One colour all over.
 Bitmap plainBitmap(std::int32_t width, std::int32_t height, const Color& color);
 

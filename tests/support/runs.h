@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "mesh/object3d.h"
@@ -20,6 +21,8 @@ using EpochValues = std::array<float, TALVEK_EPOCH_PARAMS>;
 class StoneRun {
   public:
     explicit StoneRun(const Object3D& mesh);
+    /// The mesh file's bytes as they are; `extension` with its dot.
+    StoneRun(std::string_view meshBytes, std::string_view extension);
     ~StoneRun() { talvekFree(); }
     StoneRun(const StoneRun&) = delete;
     StoneRun& operator=(const StoneRun&) = delete;
@@ -37,17 +40,20 @@ class StoneRun {
     std::int32_t start();
     /// The run log with '\n' line ends.
     std::string log() const { return readText(folder_.file("stone.inf")); }
-    std::string meshName() const { return folder_.file("stone.obj"); }
+    std::string meshName() const { return folder_.file("stone" + extension_); }
     std::string mapName() const { return folder_.file("stone.bmp"); }
     /// The text of a frame with '\n' line ends, and its mesh.
     std::string frameText(std::int32_t frame) const;
     std::unique_ptr<Object3D> frame(std::int32_t frame) const;
     /// The text of the first ('i') or last ('w') surface.
     std::string summaryText(char kind) const;
+    /// A checksum of all surfaces that a run has written, line ends apart.
+    std::uint64_t framesChecksum() const;
     std::string listing() const { return folder_.listing(); }
 
   private:
     TempFolder folder_;
+    std::string extension_;
 };
 
 }  // namespace talvek::test
