@@ -1,5 +1,6 @@
 // Files that are cut, changed or made to hurt: whatever they hold, reading them and working with what was read stays
-// inside memory, ends, and either gives a sound mesh or none. The sanitizers look on where they are built in.
+// inside memory, needs little of it, ends, and either gives a sound mesh or none. The sanitizers look on where they are
+// built in.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -9,6 +10,7 @@
 #include "support/error_reports.h"
 #include "support/hostile_bytes.h"
 #include "support/mesh_file_writers.h"
+#include "support/peak_memory.h"
 #include "support/test_files.h"
 #include "support/use_mesh.h"
 #include "talvek.h"
@@ -25,10 +27,17 @@ constexpr std::int32_t kCounts[] = {
     -1,      0,       1,        4,          1 << 15,    (1 << 16) + 1,
     1 << 29, 1 << 30, kLargest, 0x55555556, 0x2AAAAAAB, std::numeric_limits<std::int32_t>::min()};
 
+constexpr std::int64_t kMiB = 1 << 20;
+
 class HostileFiles : public ::testing::Test {
   protected:
     HostileFiles() { ::testing::internal::CaptureStdout(); }
-    ~HostileFiles() override { ::testing::internal::GetCapturedStdout(); }
+    ~HostileFiles() override {
+        ::testing::internal::GetCapturedStdout();
+        if (kKnowsPeakMemory) {
+            EXPECT_LT(peakMemory_.growth(), mostMemory_);
+        }
+    }
 
     /// Returns whether the bytes were a mesh.
     bool use(const std::string& name, const std::string& bytes) {
@@ -46,8 +55,11 @@ class HostileFiles : public ::testing::Test {
 
     TempFolder folder_;
     std::int64_t numUsed_ = 0;
+    /// What a test may need beyond the memory that it began with.
+    std::int64_t mostMemory_ = 32 * kMiB;
 
   private:
+    PeakMemory peakMemory_;
     CaughtReports reports_;
 };
 
@@ -175,6 +187,24 @@ TEST_F(HostileFiles, AnyTexelIndexInAnyFormat) {
         EXPECT_TRUE(use("mesh.bin", bin + bytesOf(Ints{index, index, index}))) << index;
         EXPECT_TRUE(use("mesh.obj", "v 0 0 0 v 1 0 0 v 0 1 0\nvt 0 0\nf 1/1 2/" + std::to_string(index) + " 3/1"));
     }
+}
+
+TEST_F(HostileFiles, APromiseThatIsKeptNeedsAFewTimesItsSize) {
+    constexpr std::int32_t kVertices = 256 * kMiB / 12;
+    mostMemory_ = 4 * 256 * kMiB;
+    writeFile(folder_.file("mesh.bin"), bytesOf(Ints{kVertices, 0}));
+    const auto mesh = LoadMeshFile(folder_.file("mesh.bin").c_str());
+    ASSERT_NE(mesh, nullptr);
+    EXPECT_EQ(mesh->numVertices, kVertices);
+}
+
+TEST_F(HostileFiles, APromiseBeyondThatNeedsNothing) {
+    constexpr std::int32_t kVertices = 256 * kMiB / 12 + 1;
+    EXPECT_FALSE(use("mesh.bin", bytesOf(Ints{kVertices, 0})));
+    EXPECT_FALSE(use("mesh.bin", bytesOf(Ints{0, kVertices})));
+    EXPECT_FALSE(use("mesh.sas", sasHeader(7778, 0, kVertices)));
+    EXPECT_FALSE(use("mesh.sas", sasHeader(7778, kVertices, 0)));
+    EXPECT_FALSE(use("scan.fim", fimBytes(4096, 4097, 4, {})));
 }
 
 TEST_F(HostileFiles, FacesOfOneVertexAlone) {
