@@ -55,4 +55,14 @@ void expectReportBlock(const std::vector<std::string>& lines, const std::string&
     EXPECT_EQ(other, prefix);
 }
 
+bool isTimeOfDay(const std::string& text) {
+    static const std::regex kTime("([01][0-9]|2[0-3]):[0-5][0-9]:([0-5][0-9]|60)");
+    return std::regex_match(text, kTime);
+}
+
+std::string comparableReport(const std::string& report) {
+    static const std::regex kPrefix(R"(\(\d\d:\d\d:\d\d\) (\S+):\d+ >> )");
+    return std::regex_replace(withoutCarriageReturns(report), kPrefix, "(TIME) $1:LINE >> ");
+}
+
 }  // namespace talvek::test

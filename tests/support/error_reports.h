@@ -24,4 +24,10 @@ class CaughtReports {
 /// and line number, which announce, name the working directory, and say `message`.
 void expectReportBlock(const std::vector<std::string>& lines, const std::string& source, const std::string& message);
 
+/// Whether the text is the time of a day, "HH:MM:SS".
+bool isTimeOfDay(const std::string& text);
+
+/// A report with "(TIME)" for the time of each line and "LINE" for the number of the source line.
+std::string comparableReport(const std::string& report);
+
 }  // namespace talvek::test

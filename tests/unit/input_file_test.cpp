@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <string>
 
-#include "support/report_text.h"
+#include "support/error_reports.h"
 #include "support/test_files.h"
 
 namespace talvek::test {

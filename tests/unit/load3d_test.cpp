@@ -7,7 +7,7 @@
 #include <string>
 
 #include "Vexo_Lib/error_report.h"
-#include "support/report_text.h"
+#include "support/error_reports.h"
 #include "support/test_files.h"
 
 namespace talvek::test {
