@@ -49,17 +49,27 @@ void readRecord(std::string_view keyword, TextScanner& scanner, ObjRecords& reco
     }
 }
 
+/// Returns whether there were any.
+bool readPlainLines(TextScanner& scanner, ObjRecords& records) {
+    static_assert(TextScanner::kMargin >= kPlainLineMargin);
+    const std::string_view ahead = scanner.ahead(kPlainLineWindow);
+    const char* general = readPlainLines(ahead.data(), ahead.data() + ahead.size(), records);
+    scanner.pass(static_cast<std::size_t>(general - ahead.data()));
+    return general != ahead.data();
+}
+
 void readRecords(TextScanner& scanner, ObjRecords& records) {
+    // What is not plain seldom stands alone, and looking for plain lines in vain takes as long as a general record.
+    constexpr int kGeneralInARow = 4;
     std::string_view token;
     for (;;) {
-        static_assert(TextScanner::kMargin >= kPlainLineMargin);
-        const std::string_view ahead = scanner.ahead(kPlainLineWindow);
-        const char* general = readPlainLines(ahead.data(), ahead.data() + ahead.size(), records);
-        scanner.pass(static_cast<std::size_t>(general - ahead.data()));
-        if (!scanner.nextToken(token)) {
-            return;
+        const int numGeneral = readPlainLines(scanner, records) ? 1 : kGeneralInARow;
+        for (int i = 0; i < numGeneral; ++i) {
+            if (!scanner.nextToken(token)) {
+                return;
+            }
+            readRecord(token, scanner, records);
         }
-        readRecord(token, scanner, records);
     }
 }
 

@@ -5,6 +5,14 @@
 
 namespace talvek {
 
+namespace {
+
+bool canBeginNumber(char c) {
+    return (c >= '0' && c <= '9') || std::string_view("+-.iInN").find(c) != std::string_view::npos;
+}
+
+}  // namespace
+
 bool TextScanner::refill() {
     const std::size_t unread = end_ - begin_;
     if (atEnd_ || unread == kBufferSize) {
@@ -77,7 +85,11 @@ bool TextScanner::nextToken(std::string_view& token) {
 }
 
 void TextScanner::readFloat(float& value) {
-    consume(parseFloat(peekToken(), value));
+    skipCutToken();
+    // Most of what is no number shows it at once.
+    if (skipWhile(true) && canBeginNumber(buffer_[begin_])) {
+        consume(parseFloat(peekToken(), value));
+    }
 }
 
 }  // namespace talvek
