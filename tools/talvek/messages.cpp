@@ -4,12 +4,22 @@
 
 namespace talvek::host {
 
+namespace {
+
+/// Where both streams go to one place, messages stand behind what was printed before them.
+void printMessage(const char* prefix, const std::string& message) {
+    std::fflush(stdout);
+    std::fprintf(stderr, "%s%s\n", prefix, message.c_str());
+}
+
+}  // namespace
+
 void printWarning(const std::string& message) {
-    std::fprintf(stderr, "talvek: warning: %s\n", message.c_str());
+    printMessage("talvek: warning: ", message);
 }
 
 void printError(const std::string& message) {
-    std::fprintf(stderr, "talvek: %s\n", message.c_str());
+    printMessage("talvek: ", message);
 }
 
 std::string countOf(std::uint64_t count, const std::string& thing) {
