@@ -61,7 +61,7 @@ BENCHMARK(parseCoordinates);
 void normalUpdate(benchmark::State& state) {
     const std::unique_ptr<Object3D> mesh = bumpySphere(static_cast<std::int32_t>(state.range(0)));
     while (state.KeepRunning()) {
-        mesh->updateNormals(true);
+        mesh->updateVertexNormals();
         benchmark::ClobberMemory();
     }
     countVertices(state, *mesh);

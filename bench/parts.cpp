@@ -37,7 +37,7 @@ int main(int argc, char** argv) {
     }
     if (what == "normals") {
         mesh = loaded(argv[2]);
-        talvek::bench::measure("normals", [&] { mesh->updateNormals(true); });
+        talvek::bench::measure("normals", [&] { mesh->updateVertexNormals(); });
         return 0;
     }
     std::fprintf(stderr, "usage: bench_parts read MESH | write MESH PATH | normals MESH\n");

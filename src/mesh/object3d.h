@@ -44,6 +44,12 @@ class Object3D : public ObjCurvature, public ObjVertexWeight {
     virtual void updateNormals(bool withVertexNormals);
     virtual ~Object3D() = default;
 
+    /// The vertex normals of updateNormals alone, without an array for the faces. Throws std::bad_alloc.
+    void updateVertexNormals();
+
+    /// The mean edge length and the mean normal of updateNormals alone, without an array for the faces.
+    void measureFaces() { measureFaces(nullptr); }
+
     /// 3V floats.
     HeapArray<float> vertices;
     HeapArray<float> auxiliary;
@@ -86,8 +92,8 @@ class Object3D : public ObjCurvature, public ObjVertexWeight {
     std::string_view nameText() const;
 
   private:
-    void rebuildFaceNormals();
-    void rebuildVertexNormals();
+    /// Fills `normals`, 3F floats, unless it is null.
+    void measureFaces(float* normals);
 };
 
 /// Fills a text field of a mesh: cut where it does not fit, always terminated.

@@ -1,8 +1,11 @@
 // Normals of faces and vertices, the mean edge length and the mean normal.
+#include "mesh/normals.h"
+
 #include <gtest/gtest.h>
 
 #include <bit>
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <vector>
 
@@ -116,6 +119,20 @@ void expectPlainNormals(Object3D& mesh) {
     expectSame(floats(mesh.vertexNormals.get(), 3 * mesh.numVertices), plain.vertices);
     expectSame({mesh.meanEdgeLength}, {plain.meanEdge});
     expectSame(floats(mesh.meanNormal, 3), floats(plain.mean, 3));
+    expectSame(floats(computeVertexNormals(mesh).get(), 3 * mesh.numVertices), plain.vertices);
+    expectSame(floats(computeVertexNormalsPortably(mesh).get(), 3 * mesh.numVertices), plain.vertices);
+}
+
+std::unique_ptr<Object3D> randomSoup(RandomNumbers& numbers, float size, int numVertices, int numFaces) {
+    Floats vertices;
+    std::vector<std::int32_t> faces;
+    for (int i = 0; i < 3 * numVertices; ++i) {
+        vertices.push_back(numbers.coordinate(size));
+    }
+    for (int i = 0; i < 3 * numFaces; ++i) {
+        faces.push_back(static_cast<std::int32_t>(numbers.below(static_cast<std::uint32_t>(numVertices))));
+    }
+    return makeMesh(vertices, faces);
 }
 
 TEST(Normals, OfACounterClockwiseFacePointOutwards) {
@@ -138,16 +155,81 @@ TEST(Normals, OfAKnownSolidAreBitForBitThePlainOnes) {
 TEST(Normals, OfARandomSoupAreBitForBitThePlainOnes) {
     RandomNumbers numbers;
     for (const float size : {1.0e-4F, 1.0F, 1000.0F, 1.0e20F}) {
-        Floats vertices;
-        std::vector<std::int32_t> faces;
-        for (int i = 0; i < 300; ++i) {
-            vertices.push_back(numbers.coordinate(size));
-        }
-        for (int i = 0; i < 1500; ++i) {
-            faces.push_back(static_cast<std::int32_t>(numbers.below(100)));
-        }
-        expectPlainNormals(*makeMesh(vertices, faces));
+        expectPlainNormals(*randomSoup(numbers, size, 100, 500));
     }
+}
+
+// Several vectors are worked on at a time, and any number can be left over.
+TEST(Normals, OfAnyNumberOfFacesAndVerticesAreBitForBitThePlainOnes) {
+    RandomNumbers numbers;
+    for (int numVertices = 1; numVertices < 10; ++numVertices) {
+        for (int numFaces = 0; numFaces < 10; ++numFaces) {
+            expectPlainNormals(*randomSoup(numbers, 1, numVertices, numFaces));
+        }
+    }
+}
+
+TEST(Normals, OfPositionsThatAreNotNumbersAreAlikeOnMachinesWithoutVectors) {
+    RandomNumbers numbers;
+    for (int i = 0; i < 200; ++i) {
+        const auto mesh = randomSoup(numbers, 1, 20, 40);
+        for (int k = 0; k < 10; ++k) {
+            mesh->vertices[numbers.below(60)] = numbers.anyFloat();
+        }
+        expectPlainNormals(*mesh);
+        const HeapArray<float> fast = computeVertexNormals(*mesh);
+        const HeapArray<float> portable = computeVertexNormalsPortably(*mesh);
+        EXPECT_EQ(std::memcmp(fast.get(), portable.get(), 60 * sizeof(float)), 0);
+    }
+}
+
+// Beyond 2^24 a single-precision counter no longer counts.
+TEST(Normals, OfMoreFacesThanAFloatCanCountAreDividedByTheirNumber) {
+    constexpr std::int32_t kNumFaces = 6000000;
+    Object3D mesh;
+    mesh.numVertices = 3;
+    mesh.numFaces = kNumFaces;
+    mesh.vertices = makeZeroedArray<float>(9);
+    mesh.vertices[3] = 1;
+    mesh.vertices[7] = 1;
+    mesh.vertexIndex = makeZeroedArray<std::int32_t>(3 * std::int64_t{kNumFaces});
+    // Degenerate faces add nothing but to the count. Divided by the right count the tiny product of the last face has a
+    // square that vanishes; divided by 2^24 it has not.
+    const std::size_t last = 3 * (std::size_t{kNumFaces} - 1);
+    mesh.vertexIndex[last + 1] = 1;
+    mesh.vertexIndex[last + 2] = 2;
+    for (const float size : {1.0F, 2.15e-8F}) {
+        mesh.vertices[3] = size;
+        mesh.vertices[7] = size;
+        const auto count = static_cast<float>(3 * kNumFaces - 2);
+        const float z = (size <= 1.0e-7F ? size * size : 1.0F) / count;
+        const float length = std::sqrt(z * z);
+        const float expected = length == 0 ? 0 : z / length;
+        EXPECT_EQ(computeVertexNormals(mesh)[2], expected) << size;
+        EXPECT_EQ(computeVertexNormalsPortably(mesh)[2], expected) << size;
+    }
+}
+
+TEST(Normals, CanBeHadForTheVerticesAlone) {
+    const auto mesh = makeSphere(3, 2);
+    mesh->updateVertexNormals();
+    EXPECT_EQ(mesh->faceNormals, nullptr);
+    EXPECT_EQ(mesh->faceColours, nullptr);
+    EXPECT_EQ(mesh->meanEdgeLength, 0);
+    const Floats alone = floats(mesh->vertexNormals.get(), 3 * mesh->numVertices);
+    mesh->updateNormals(true);
+    expectSame(floats(mesh->vertexNormals.get(), 3 * mesh->numVertices), alone);
+}
+
+TEST(Normals, AreNotNeededToMeasureTheFaces) {
+    const auto mesh = makeSphere(3, 2);
+    mesh->measureFaces();
+    EXPECT_EQ(mesh->faceNormals, nullptr);
+    EXPECT_EQ(mesh->vertexNormals, nullptr);
+    const auto whole = makeSphere(3, 2);
+    whole->updateNormals(true);
+    EXPECT_EQ(mesh->meanEdgeLength, whole->meanEdgeLength);
+    expectSame(floats(mesh->meanNormal, 3), floats(whole->meanNormal, 3));
 }
 
 TEST(Normals, OfAPointAreZero) {
