@@ -2,6 +2,8 @@
 #pragma once
 
 #include <memory>
+#include <span>
+#include <string>
 
 #include "mesh/object3d.h"
 
@@ -19,5 +21,8 @@ bool WriteObjFile(const Object3D& mesh, const char* path);
 /// Writes positions and, where the mesh has them, vertex normals with 6 decimals, and faces, the counts before them in
 /// comments. Returns as WriteObjFile does. Throws std::bad_alloc.
 bool WriteObjFileWithNormals(const Object3D& mesh, const char* path);
+
+/// The same for several files at once, each of which comes to be complete or not by itself. Returns whether all are.
+bool WriteObjFilesWithNormals(const Object3D& mesh, std::span<const std::string> paths);
 
 }  // namespace talvek

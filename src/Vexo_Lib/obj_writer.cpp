@@ -53,22 +53,7 @@ void writeFaces(OutputFile& file, const Object3D& mesh) {
     }
 }
 
-}  // namespace
-
-bool WriteObjFile(const Object3D& mesh, const char* path) {
-    OutputFile file(path);
-    const std::span<const float> positions = mesh.vertexSpan();
-    for (std::size_t i = 0; i < positions.size(); i += 3) {
-        writeTriple<formatFixed5>(file, "v", &positions[i]);
-    }
-    writeComment(file, mesh.numVertices, " vertices");
-    writeFaces(file, mesh);
-    writeComment(file, mesh.numFaces, " triangles");
-    return file.finish();
-}
-
-bool WriteObjFileWithNormals(const Object3D& mesh, const char* path) {
-    OutputFile file(path);
+bool writeWithNormals(OutputFile& file, const Object3D& mesh) {
     const bool hasNormals = mesh.vertexNormals != nullptr;
     writeLine(file, "#");
     writeLine(file, "# Obj file created by QN Lib");
@@ -87,6 +72,30 @@ bool WriteObjFileWithNormals(const Object3D& mesh, const char* path) {
     writeComment(file, mesh.numFaces, " triangles");
     writeFaces(file, mesh);
     return file.finish();
+}
+
+}  // namespace
+
+bool WriteObjFile(const Object3D& mesh, const char* path) {
+    OutputFile file(path);
+    const std::span<const float> positions = mesh.vertexSpan();
+    for (std::size_t i = 0; i < positions.size(); i += 3) {
+        writeTriple<formatFixed5>(file, "v", &positions[i]);
+    }
+    writeComment(file, mesh.numVertices, " vertices");
+    writeFaces(file, mesh);
+    writeComment(file, mesh.numFaces, " triangles");
+    return file.finish();
+}
+
+bool WriteObjFileWithNormals(const Object3D& mesh, const char* path) {
+    OutputFile file(path);
+    return writeWithNormals(file, mesh);
+}
+
+bool WriteObjFilesWithNormals(const Object3D& mesh, std::span<const std::string> paths) {
+    OutputFile file(paths);
+    return writeWithNormals(file, mesh);
 }
 
 }  // namespace talvek

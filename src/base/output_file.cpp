@@ -1,76 +1,34 @@
 #include "base/output_file.h"
 
+#include <algorithm>
 #include <cstring>
-
-#include "base/number_text.h"
 
 namespace talvek {
 
-namespace {
-
-/// A name in the folder of `target`, short enough to fit wherever the target's own name fits.
-std::string temporaryName(const std::string& target, int attempt) {
-#ifdef _WIN32
-    const std::size_t folderEnd = target.find_last_of("/\\:");
-#else
-    const std::size_t folderEnd = target.rfind('/');
-#endif
-    const std::string folder = folderEnd == std::string::npos ? std::string() : target.substr(0, folderEnd + 1);
-    return folder + ".talvek-" + std::to_string(system::processId()) + "-" + std::to_string(attempt) + ".tmp";
-}
-
-}  // namespace
-
 OutputFile::OutputFile(const char* path, Durability durability) : durability_(durability) {
-    buffer_ = makeArray<char>(kBufferSize);
-    openBeside(path);
+    files_.emplace_back(path);
 }
 
-void OutputFile::openBeside(const char* path) {
-    const system::FileKind kind = system::kindOf(path);
-    if (kind == system::FileKind::kOther) {
-        isDirect_ = true;
-        path_ = path;
-        file_ = system::File::openForWriting(path);
-        return;
-    }
-    target_ = system::linkTarget(path);
-    if (target_.empty()) {
-        return;
-    }
-    if (kind == system::FileKind::kRegular && !system::isWritable(target_.c_str())) {
-        return;
-    }
-    // A name can be taken by what an earlier process of the same number left behind.
-    constexpr int kMostAttempts = 1000;
-    for (int attempt = 0; attempt < kMostAttempts && !file_.isOpen(); ++attempt) {
-        path_ = temporaryName(target_, attempt);
-        file_ = system::File::createNew(path_.c_str());
-        if (!file_.isOpen() && system::kindOf(path_.c_str()) == system::FileKind::kAbsent) {
-            return;
-        }
-    }
-    if (file_.isOpen() && kind == system::FileKind::kRegular) {
-        system::copyPermissions(target_.c_str(), path_.c_str());
+OutputFile::OutputFile(std::span<const std::string> paths) {
+    files_.reserve(paths.size());
+    for (const std::string& path : paths) {
+        files_.emplace_back(path.c_str());
     }
 }
 
-OutputFile::~OutputFile() {
-    if (file_.isOpen()) {
-        discard();
-    }
+bool OutputFile::isOpen() const {
+    return std::ranges::any_of(files_, [](const PendingFile& file) { return file.isOpen(); });
 }
 
-void OutputFile::discard() {
-    file_.close();
-    if (!isDirect_) {
-        system::removeFile(path_.c_str());
+void OutputFile::writeToAll(const void* bytes, std::size_t size) {
+    for (PendingFile& file : files_) {
+        file.write(bytes, size);
     }
 }
 
 void OutputFile::flush() {
-    if (!isFailed_ && used_ > 0) {
-        isFailed_ = !file_.isOpen() || !file_.write(buffer_.get(), used_);
+    if (used_ > 0) {
+        writeToAll(buffer_.get(), used_);
     }
     used_ = 0;
 }
@@ -78,7 +36,7 @@ void OutputFile::flush() {
 void OutputFile::writeBytes(const void* bytes, std::size_t size) {
     if (size >= kBufferSize) {
         flush();
-        isFailed_ = isFailed_ || !file_.isOpen() || !file_.write(bytes, size);
+        writeToAll(bytes, size);
         return;
     }
     std::memcpy(reserve(size), bytes, size);
@@ -87,21 +45,11 @@ void OutputFile::writeBytes(const void* bytes, std::size_t size) {
 
 bool OutputFile::finish() {
     flush();
-    if (!file_.isOpen()) {
-        return false;
+    bool isComplete = true;
+    for (PendingFile& file : files_) {
+        isComplete = file.finish(durability_) && isComplete;
     }
-    if (!isFailed_ && !isDirect_ && durability_ == Durability::kOnDisk) {
-        isFailed_ = !file_.flushToDisk();
-    }
-    isFailed_ = !file_.close() || isFailed_;
-    if (isDirect_) {
-        return !isFailed_;
-    }
-    if (!isFailed_ && system::replaceFile(path_.c_str(), target_.c_str())) {
-        return true;
-    }
-    system::removeFile(path_.c_str());
-    return false;
+    return isComplete;
 }
 
 }  // namespace talvek

@@ -1,30 +1,30 @@
-// Where bytes go: a file that is written from front to back, buffered, every write checked, and put in place as a
-// whole.
+// Where bytes go: a file, or several with the same content, written from front to back, buffered, every write checked,
+// and put in place as a whole.
 #pragma once
 
 #include <cstddef>
+#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "base/heap_array.h"
-#include "base/system.h"
+#include "base/pending_file.h"
 
 namespace talvek {
-
-/// Whether a finished file may still be lost when the machine stops.
-enum class Durability : bool { kUnflushed, kOnDisk };
 
 class OutputFile {
   public:
     /// Creates a file beside the one that `path` names, which takes its place in finish. Symbolic links are followed;
     /// what is no regular file (a device, a pipe) is written directly. Throws std::bad_alloc.
     explicit OutputFile(const char* path, Durability durability = Durability::kUnflushed);
+    /// The same for several files that get the same content. One that fails does not keep the others from being
+    /// finished, in the order of the paths.
+    explicit OutputFile(std::span<const std::string> paths);
     OutputFile(const OutputFile&) = delete;
     OutputFile& operator=(const OutputFile&) = delete;
-    /// What was not finished leaves no trace.
-    ~OutputFile();
 
-    bool isOpen() const { return file_.isOpen(); }
+    bool isOpen() const;
 
     void write(std::string_view text) { writeBytes(text.data(), text.size()); }
     void writeBytes(const void* bytes, std::size_t size);
@@ -39,8 +39,8 @@ class OutputFile {
     }
     void commit(const char* end) { used_ = static_cast<std::size_t>(end - buffer_.get()); }
 
-    /// Writes what is left, closes the file and puts it in place. False when anything failed since the constructor: the
-    /// old file is then untouched.
+    /// Writes what is left, closes each file and puts it in place. False when anything failed since the constructor:
+    /// the old file is then untouched. What is not finished leaves no trace.
     bool finish();
 
     static constexpr std::size_t kLargestReservation = 65536;
@@ -48,18 +48,13 @@ class OutputFile {
   private:
     static constexpr std::size_t kBufferSize = 262144;
 
-    void openBeside(const char* path);
     void flush();
-    void discard();
+    void writeToAll(const void* bytes, std::size_t size);
 
-    std::string target_;
-    std::string path_;
-    Durability durability_;
-    bool isDirect_ = false;
-    bool isFailed_ = false;
-    system::File file_;
-    HeapArray<char> buffer_;
+    Durability durability_ = Durability::kUnflushed;
+    HeapArray<char> buffer_ = makeArray<char>(kBufferSize);
     std::size_t used_ = 0;
+    std::vector<PendingFile> files_;
 };
 
 }  // namespace talvek

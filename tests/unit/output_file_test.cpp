@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "support/other_user.h"
 #include "support/test_files.h"
@@ -135,6 +136,51 @@ TEST_F(Output, TwoFilesAtATimeDoNotMeet) {
     EXPECT_EQ(readFile(folder_.file("second.obj")), "2");
 }
 
+TEST_F(Output, WritesSeveralFilesAtOnce) {
+    const std::vector<std::string> paths = {path_, folder_.file("second.obj"), folder_.file("third.obj")};
+    writeFile(paths[1], "old");
+    const std::string text(700000, 'x');
+    OutputFile file(paths);
+    EXPECT_TRUE(file.isOpen());
+    file.write("first");
+    file.write(text);
+    file.write("last");
+    EXPECT_EQ(readFile(paths[1]), "old");
+    EXPECT_TRUE(file.finish());
+    for (const std::string& path : paths) {
+        EXPECT_EQ(readFile(path), "first" + text + "last") << path;
+    }
+    EXPECT_EQ(folder_.listing(), "out.obj second.obj third.obj");
+}
+
+TEST_F(Output, WritesTheSameFileTwiceAtOnce) {
+    const std::vector<std::string> paths = {path_, path_};
+    OutputFile file(paths);
+    file.write("text");
+    EXPECT_TRUE(file.finish());
+    EXPECT_EQ(readFile(path_), "text");
+    EXPECT_EQ(folder_.listing(), "out.obj");
+}
+
+TEST_F(Output, OneFileThatFailsDoesNotKeepTheOthersFromBeingFinished) {
+    const std::vector<std::string> paths = {folder_.file("absent/out.obj"), path_, folder_.file("folder")};
+    fs::create_directory(paths[2]);
+    OutputFile file(paths);
+    file.write("text");
+    EXPECT_FALSE(file.finish());
+    EXPECT_EQ(readFile(path_), "text");
+    EXPECT_EQ(folder_.listing(), "folder out.obj");
+}
+
+TEST_F(Output, SeveralFilesThatAreNotFinishedLeaveNothingBehind) {
+    const std::vector<std::string> paths = {path_, folder_.file("second.obj")};
+    {
+        OutputFile file(paths);
+        file.write(std::string(1000000, 'x'));
+    }
+    EXPECT_EQ(folder_.listing(), "");
+}
+
 TEST_F(Output, DoesNotReplaceAFileThatMayNotBeWritten) {
     writeFile(path_, "old");
     fs::permissions(path_, fs::perms::owner_read | fs::perms::others_read);
@@ -187,6 +233,16 @@ TEST_F(Output, FailsAtSymbolicLinksInACircle) {
 TEST_F(Output, WritesDirectlyToADevice) {
     EXPECT_TRUE(writeWhole("/dev/null", "text"));
     EXPECT_TRUE(fs::is_character_file("/dev/null"));
+}
+
+TEST_F(Output, AFullDeviceDoesNotKeepAFileFromBeingFinished) {
+    const std::vector<std::string> paths = {"/dev/full", path_};
+    const std::string text(1000000, 'x');
+    OutputFile file(paths);
+    file.write(text);
+    file.write("last");
+    EXPECT_FALSE(file.finish());
+    EXPECT_EQ(readFile(path_), text + "last");
 }
 
 TEST_F(Output, TellsThatADeviceIsFull) {
