@@ -58,21 +58,39 @@ void setName(Object3D& mesh, std::string_view path) {
     std::memcpy(mesh.name, path.data(), kept);
 }
 
-}  // namespace
-
-std::unique_ptr<Object3D> LoadMeshFile(const char* path) try {
+/// A mesh as its reader returns it; null, after a report, when its faces name vertices it does not have.
+std::unique_ptr<Object3D> readChecked(const char* path) {
     const MeshReader read = readerFor(path);
     std::unique_ptr<Object3D> mesh = read != nullptr ? read(path) : nullptr;
-    if (mesh == nullptr) {
-        return nullptr;
-    }
-    if (!hasOnlyExistingVertices(*mesh)) {
+    if (mesh != nullptr && !hasOnlyExistingVertices(*mesh)) {
         reportError(TALVEK_HERE, "face index out of range in ", path);
         return nullptr;
     }
-    mesh->updateNormals(true);
-    setName(*mesh, path);
-    mesh->largestCoordinate = largestAbsoluteCoordinate(*mesh);
+    return mesh;
+}
+
+}  // namespace
+
+std::unique_ptr<Object3D> LoadMeshFile(const char* path) try {
+    std::unique_ptr<Object3D> mesh = readChecked(path);
+    if (mesh != nullptr) {
+        mesh->updateNormals(true);
+        setName(*mesh, path);
+        mesh->largestCoordinate = largestAbsoluteCoordinate(*mesh);
+    }
+    return mesh;
+} catch (const std::bad_alloc&) {
+    return nullptr;
+}
+
+std::unique_ptr<Object3D> LoadBareMesh(const char* path) try {
+    std::unique_ptr<Object3D> mesh = readChecked(path);
+    if (mesh != nullptr) {
+        mesh->faceNormals.reset();
+        mesh->faceColours.reset();
+        mesh->vertexColours.reset();
+        mesh->vertexWeights.reset();
+    }
     return mesh;
 } catch (const std::bad_alloc&) {
     return nullptr;

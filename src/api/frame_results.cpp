@@ -18,7 +18,7 @@ namespace talvek {
 namespace {
 
 std::unique_ptr<Object3D> loadFrame(std::uint32_t frame) {
-    return LoadMeshFile(frameFileName(session().fileName, frame).c_str());
+    return LoadBareMesh(frameFileName(session().fileName, frame).c_str());
 }
 
 /// Writes the triple of every corner, in face order.
@@ -52,6 +52,7 @@ std::int32_t readFrameGeometry(std::uint32_t frame, float* vertices, float* norm
     if (mesh->numVertices == 0) {
         return TALVEK_ERROR_NO_VERTICES;
     }
+    mesh->updateVertexNormals();
     expandCorners(*mesh, mesh->vertices.get(), vertices);
     expandCorners(*mesh, mesh->vertexNormals.get(), normals);
     return TALVEK_OK;

@@ -21,14 +21,15 @@ namespace {
 
 struct OperatingMode {
     std::string_view line;
+    bool readsTexture;
     void (*run)(const Object3D& mesh);
 };
 
 constexpr OperatingMode kModes[] = {
-    {"Operating mode: Mesh Offsetting.\n", runMeshOffsetting},
-    {"Operating mode: Mesh Data only.\n", runMeshData},
-    {"Operating mode: Mesh & QEMSCAN Mineral Data.\n", runMineralGrid},
-    {"Operating mode: Mesh & Grain-Weaver Mineral Data.\n", runMineralMesh},
+    {"Operating mode: Mesh Offsetting.\n", false, runMeshOffsetting},
+    {"Operating mode: Mesh Data only.\n", false, runMeshData},
+    {"Operating mode: Mesh & QEMSCAN Mineral Data.\n", true, runMineralGrid},
+    {"Operating mode: Mesh & Grain-Weaver Mineral Data.\n", true, runMineralMesh},
 };
 
 // Empty where a model is not defined. The missing full stop has always been missing.
@@ -91,13 +92,24 @@ void reportMaterial(const MaterialRecord& m) {
            {m.de(), m.den(), m.hd(), m.ks(), m.ksn(), m.kr(), m.mb(), m.db()});
 }
 
+/// The mesh of the session with no more than the mode reads; null when it does not load.
+std::unique_ptr<Object3D> loadMesh(const OperatingMode& mode) {
+    std::unique_ptr<Object3D> mesh = LoadBareMesh(session().fileName);
+    if (mesh != nullptr && !mode.readsTexture) {
+        mesh->texels.reset();
+        mesh->texelIndex.reset();
+    }
+    return mesh;
+}
+
 std::int32_t runMode(const OperatingMode& mode) {
     const std::string_view fileName = session().fileName;
     report("\nLoading File %s ...\n", {fileName});
-    const std::unique_ptr<Object3D> mesh = LoadMeshFile(session().fileName);
+    const std::unique_ptr<Object3D> mesh = loadMesh(mode);
     if (mesh == nullptr) {
         return abortRun(TALVEK_ERROR_MESH, "\tMesh NOT loaded!");
     }
+    mesh->measureFaces();
     reportMesh(*mesh);
     if (session().mode != TALVEK_MODE_OFFSETTING) {
         reportMaterial(*session().materialParams);

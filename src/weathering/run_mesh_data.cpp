@@ -7,19 +7,26 @@
 
 namespace talvek {
 
-void runMeshData(const Object3D& mesh) {
+namespace {
+
+void weather(Object3D& surface) {
     const TalvekSession& current = session();
-    const std::unique_ptr<Object3D> surface = workingCopy(mesh);
     reportNumEpochs(current.numEpochs);
     for (std::int32_t n = 1; n <= current.numEpochs; ++n) {
         const EpochRecord& epoch = current.epochTable.epoch(n);
         reportEpochLength(n, epoch);
         reportEnvironment(epoch);
-        moveAlongNormals(*surface, static_cast<float>(reportedDelta(epoch)));
-        surface->updateNormals(true);
-        saveFrame(*surface, n);
+        moveAlongNormals(surface, static_cast<float>(reportedDelta(epoch)));
+        surface.updateVertexNormals();
+        saveFrame(surface, n);
     }
-    writeSummary(mesh, *surface);
+}
+
+}  // namespace
+
+void runMeshData(const Object3D& mesh) {
+    weather(*workingCopy(mesh));
+    writeFirstSurface(mesh);
 }
 
 }  // namespace talvek

@@ -87,24 +87,27 @@ void moveByModel(Object3D& surface, const EpochOffsets& offsets) {
     }
 }
 
-}  // namespace
-
-void runMeshOffsetting(const Object3D& mesh) {
+void weather(Object3D& surface) {
     const TalvekSession& current = session();
-    const std::unique_ptr<Object3D> surface = workingCopy(mesh);
-    const std::unique_ptr<ShapeIndex> shapeIndex = reportedShapeIndex(*surface);
+    const std::unique_ptr<ShapeIndex> shapeIndex = reportedShapeIndex(surface);
     reportNumEpochs(current.numEpochs);
     for (std::int32_t n = 1; n <= current.numEpochs; ++n) {
         const EpochRecord& epoch = current.epochTable.epoch(n);
         reportEpochLength(n, epoch);
-        moveByModel(*surface, reportedOffsets(epoch));
-        surface->updateNormals(true);
+        moveByModel(surface, reportedOffsets(epoch));
+        surface.updateVertexNormals();
         if (shapeIndex != nullptr) {
             shapeIndex->compute();
         }
-        saveFrame(*surface, n);
+        saveFrame(surface, n);
     }
-    writeSummary(mesh, *surface);
+}
+
+}  // namespace
+
+void runMeshOffsetting(const Object3D& mesh) {
+    weather(*workingCopy(mesh));
+    writeFirstSurface(mesh);
 }
 
 }  // namespace talvek

@@ -26,26 +26,29 @@ double reportedMove(const EpochRecord& epoch) {
     return reportedDelta(epoch);
 }
 
-}  // namespace
-
-void runMineralMesh(const Object3D& mesh) {
+void weather(Object3D& surface) {
     const TalvekSession& current = session();
-    const std::unique_ptr<MineralMap> map = reportedMineralMap(hasTexture(mesh));
-    const std::unique_ptr<Object3D> surface = workingCopy(mesh);
+    const std::unique_ptr<MineralMap> map = reportedMineralMap(hasTexture(surface));
     reportNumEpochs(current.numEpochs);
     for (std::int32_t n = 1; n <= current.numEpochs; ++n) {
         const EpochRecord& epoch = current.epochTable.epoch(n);
         reportEpochLength(n, epoch);
         const auto delta = static_cast<float>(reportedMove(epoch));
         if (map != nullptr) {
-            applyMineralOffsets(*surface, *map, delta);
+            applyMineralOffsets(surface, *map, delta);
         } else {
-            moveAlongNormals(*surface, delta);
+            moveAlongNormals(surface, delta);
         }
-        surface->updateNormals(true);
-        saveFrame(*surface, n);
+        surface.updateVertexNormals();
+        saveFrame(surface, n);
     }
-    writeSummary(mesh, *surface);
+}
+
+}  // namespace
+
+void runMineralMesh(const Object3D& mesh) {
+    weather(*workingCopy(mesh));
+    writeFirstSurface(mesh);
 }
 
 }  // namespace talvek

@@ -1,28 +1,41 @@
 #include "weathering/surface.h"
 
-#include <new>
-
 #include "base/not_a_number.h"
+#include "mesh/normals.h"
 
 namespace talvek {
 
 namespace {
 
-template <typename T>
-bool isLost(const HeapArray<T>& original, const HeapArray<T>& copy) {
-    return original != nullptr && copy == nullptr;
+/// A second name for the positions, the faces and the texture of a mesh.
+std::unique_ptr<Object3D> sharedSurface(const Object3D& mesh) {
+    auto surface = std::make_unique<Object3D>();
+    surface->numVertices = mesh.numVertices;
+    surface->numFaces = mesh.numFaces;
+    surface->numTexels = mesh.numTexels;
+    surface->vertices = borrowArray(mesh.vertices);
+    surface->vertexIndex = borrowArray(mesh.vertexIndex);
+    surface->texels = borrowArray(mesh.texels);
+    surface->texelIndex = borrowArray(mesh.texelIndex);
+    return surface;
 }
 
 }  // namespace
 
+std::unique_ptr<Object3D> withNormals(const Object3D& mesh) {
+    std::unique_ptr<Object3D> surface = sharedSurface(mesh);
+    surface->vertexNormals =
+        mesh.vertexNormals != nullptr ? borrowArray(mesh.vertexNormals) : computeVertexNormals(mesh);
+    return surface;
+}
+
 std::unique_ptr<Object3D> workingCopy(const Object3D& mesh) {
-    std::unique_ptr<Object3D> copy = copyMesh(mesh);
-    // A copy goes on without an array it has no memory for, a run cannot.
-    if (isLost(mesh.vertexNormals, copy->vertexNormals) || isLost(mesh.texels, copy->texels) ||
-        isLost(mesh.texelIndex, copy->texelIndex)) {
-        throw std::bad_alloc();
-    }
-    return copy;
+    const std::int64_t numValues = 3 * std::int64_t{mesh.numVertices};
+    std::unique_ptr<Object3D> surface = sharedSurface(mesh);
+    surface->vertices = copyArray(mesh.vertices.get(), numValues);
+    surface->vertexNormals =
+        mesh.vertexNormals != nullptr ? copyArray(mesh.vertexNormals.get(), numValues) : computeVertexNormals(mesh);
+    return surface;
 }
 
 void moveAlongNormals(Object3D& mesh, float distance) {

@@ -8,7 +8,11 @@
 
 namespace talvek {
 
-/// A copy of the loaded mesh for a run to move, with its vertex normals and its texture. Throws std::bad_alloc.
+/// The surface of a mesh with its vertex normals, which are computed where the mesh has none. Everything else is shared
+/// with the mesh, which has to outlive it. Throws std::bad_alloc.
+std::unique_ptr<Object3D> withNormals(const Object3D& mesh);
+
+/// The same with positions and normals of its own, for a run to move. Throws std::bad_alloc.
 std::unique_ptr<Object3D> workingCopy(const Object3D& mesh);
 
 /// Moves every vertex by the same distance, in millimetres, along its normal. The mesh has to have vertex normals.

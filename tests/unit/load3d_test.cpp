@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <string>
 
@@ -40,6 +41,31 @@ TEST_F(Load, FinishesTheMesh) {
     EXPECT_EQ(mesh->nameText(), path_);
     EXPECT_EQ(mesh->largestCoordinate, 3);
     EXPECT_EQ(report_, "");
+}
+
+TEST_F(Load, ABareMeshIsTheSameMeshUnfinished) {
+    const auto whole = load("a.obj", "v 0 -3 0\nv 2 0 0\nv 0 1 0.5\nvt 0.25 0.5\nf 1/1 2/1 3/1\n");
+    const std::unique_ptr<Object3D> bare = LoadBareMesh(path_.c_str());
+    ASSERT_NE(bare, nullptr);
+    EXPECT_TRUE(std::ranges::equal(bare->vertexSpan(), whole->vertexSpan()));
+    EXPECT_TRUE(std::ranges::equal(bare->faceSpan(), whole->faceSpan()));
+    EXPECT_EQ(bare->numTexels, 1);
+    EXPECT_EQ(bare->texels[1], 0.5F);
+    EXPECT_EQ(bare->texelIndex[2], 0);
+    EXPECT_EQ(bare->vertexNormals, nullptr);
+    EXPECT_EQ(bare->faceNormals, nullptr);
+    EXPECT_EQ(bare->faceColours, nullptr);
+    EXPECT_EQ(bare->meanEdgeLength, 0);
+}
+
+TEST_F(Load, ABareMeshIsRefusedAsAnyOther) {
+    EXPECT_EQ(load("a.obj", "v 0 -3 0\nv 2 0 0\nf 1 2 3\n"), nullptr);
+    const std::string reportOfWhole = report_;
+    ::testing::internal::CaptureStderr();
+    EXPECT_EQ(LoadBareMesh(path_.c_str()), nullptr);
+    EXPECT_EQ(::testing::internal::GetCapturedStderr(), reportOfWhole);
+    EXPECT_EQ(LoadBareMesh(folder_.file("absent.obj").c_str()), nullptr);
+    EXPECT_EQ(LoadBareMesh(folder_.file("a.txt").c_str()), nullptr);
 }
 
 TEST_F(Load, KnowsExtensionsInLowerOrUpperCase) {
