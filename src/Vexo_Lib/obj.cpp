@@ -102,6 +102,7 @@ std::unique_ptr<Object3D> ReadObjFile(const char* path, bool /*flag*/) try {
         return nullptr;
     }
     ObjRecords records;
+    records.expectTextOf(file.remaining());
     TextScanner scanner(file, kBlankSeparators);
     readRecords(scanner, records);
     return file.hasFailed() ? nullptr : buildMesh(records);

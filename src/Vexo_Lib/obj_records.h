@@ -22,6 +22,17 @@ struct ObjRecords {
     float lastPosition[3] = {};
     float lastTexel[2] = {};
 
+    /// Prepares for a text of so many characters, or -1 where that is not known.
+    void expectTextOf(std::int64_t characters) {
+        // Few files have more numbers of one kind than this.
+        constexpr std::int64_t kCharactersPerNumber = 8;
+        const std::int64_t count = characters / kCharactersPerNumber;
+        coordinates.expect(count);
+        texels.expect(count);
+        vertexIndices.expect(count);
+        texelIndices.expect(count);
+    }
+
     /// Adds the last position, or texel, to its list. Throws std::bad_alloc, as all that follow.
     void addPosition() { addLast(coordinates, lastPosition); }
     void addTexel() { addLast(texels, lastTexel); }

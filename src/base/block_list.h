@@ -1,5 +1,6 @@
 // A sequence that grows without moving what it holds, for readers that learn the number of values only at the end of
-// the file: a singly linked list of blocks, turned into one array of the exact size.
+// the file: a singly linked list of blocks, turned into one array of the exact size. A list whose first block is large
+// enough becomes the array without being copied.
 #pragma once
 
 #include <algorithm>
@@ -7,6 +8,7 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
+#include <memory>
 #include <utility>
 
 #include "base/heap_array.h"
@@ -25,6 +27,10 @@ class BlockList {
     }
 
     std::int64_t count() const { return count_; }
+
+    /// Makes the first block as large as this, if there is memory for it. What is not filled of it costs next to
+    /// nothing where the system provides memory only as it is touched.
+    void expect(std::int64_t count) { expected_ = count > 0 ? static_cast<std::size_t>(count) : 0; }
 
     /// How many whole records of `valuesPerRecord` values the list holds. Throws std::bad_alloc for more than a mesh
     /// can count.
@@ -47,7 +53,7 @@ class BlockList {
         if (last_ == nullptr || last_->capacity - last_->used < size) {
             addBlock();
         }
-        return last_->values() + last_->used;
+        return last_->values.get() + last_->used;
     }
     void advance(std::size_t size) {
         last_->used += size;
@@ -57,6 +63,12 @@ class BlockList {
     /// Moves the values into an array of `size` elements: the first `size` of them, or all with zeros behind. Every
     /// block is freed as soon as it is copied. Throws std::bad_alloc.
     HeapArray<T> takeArray(std::int64_t size) {
+        if (first_ != nullptr && first_.get() == last_ && size == count_) {
+            HeapArray<T> whole = shrinkArray(std::move(first_->values), size);
+            releaseFirst();
+            count_ = 0;
+            return whole;
+        }
         HeapArray<T> array = makeArray<T>(size);
         moveTo(array.get(), size);
         return array;
@@ -69,7 +81,7 @@ class BlockList {
         std::int64_t filled = 0;
         while (first_ != nullptr) {
             const std::int64_t taken = std::min(static_cast<std::int64_t>(first_->used), size - filled);
-            std::memcpy(to + filled, first_->values(), static_cast<std::size_t>(taken) * sizeof(T));
+            std::memcpy(to + filled, first_->values.get(), static_cast<std::size_t>(taken) * sizeof(T));
             filled += taken;
             releaseFirst();
         }
@@ -79,39 +91,51 @@ class BlockList {
 
   private:
     struct Block {
-        Block* next;
+        HeapArray<T> values;
         std::size_t capacity;
-        std::size_t used;
-        T* values() { return reinterpret_cast<T*>(this + 1); }
+        std::size_t used = 0;
+        std::unique_ptr<Block> next;
     };
-    static_assert(alignof(T) <= alignof(Block));
 
     static constexpr std::size_t kSmallestBlock = 512;
     static constexpr std::size_t kLargestBlock = 65536;
 
     void addBlock() {
-        const std::size_t capacity = last_ == nullptr ? kSmallestBlock : std::min(last_->capacity * 2, kLargestBlock);
-        void* memory = system::allocate(sizeof(Block) + capacity * sizeof(T));
-        if (memory == nullptr) {
-            throw std::bad_alloc();
+        std::unique_ptr<Block> block = last_ == nullptr ? makeFirstBlock() : nullptr;
+        if (block == nullptr) {
+            block = makeBlock(last_ == nullptr ? kSmallestBlock
+                                               : std::clamp(last_->capacity * 2, kSmallestBlock, kLargestBlock));
         }
-        Block* block = new (memory) Block{.next = nullptr, .capacity = capacity, .used = 0};
-        (last_ == nullptr ? first_ : last_->next) = block;
-        last_ = block;
+        Block* added = block.get();
+        (last_ == nullptr ? first_ : last_->next) = std::move(block);
+        last_ = added;
+    }
+
+    static std::unique_ptr<Block> makeBlock(std::size_t capacity) {
+        HeapArray<T> values = makeArray<T>(static_cast<std::int64_t>(capacity));
+        return std::unique_ptr<Block>(new Block{.values = std::move(values), .capacity = capacity, .next = nullptr});
+    }
+
+    /// Null where what is expected is not worth a block of its own or too much to ask for.
+    std::unique_ptr<Block> makeFirstBlock() {
+        try {
+            return expected_ > kSmallestBlock ? makeBlock(expected_) : nullptr;
+        } catch (const std::bad_alloc&) {
+            return nullptr;
+        }
     }
 
     void releaseFirst() {
-        Block* next = first_->next;
-        system::release(first_);
-        first_ = next;
+        first_ = std::move(first_->next);
         if (first_ == nullptr) {
             last_ = nullptr;
         }
     }
 
-    Block* first_ = nullptr;
+    std::unique_ptr<Block> first_;
     Block* last_ = nullptr;
     std::int64_t count_ = 0;
+    std::size_t expected_ = 0;
 };
 
 }  // namespace talvek

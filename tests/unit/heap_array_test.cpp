@@ -96,6 +96,47 @@ TEST(BlockLists, CutAtTheEndOfASmallerArray) {
     EXPECT_EQ(list.count(), 0);
 }
 
+TEST(BlockLists, GiveTheirValuesInOrderWhateverWasExpected) {
+    for (const std::int64_t expected : {-1, 0, 1, 1000, 5000, 100000}) {
+        for (const std::int64_t count : {0, 1, 999, 1000, 1001, 5000, 80000}) {
+            BlockList<std::int32_t> list;
+            list.expect(expected);
+            for (std::int64_t i = 0; i < count; ++i) {
+                list.append(static_cast<std::int32_t>(i * 3));
+            }
+            const HeapArray<std::int32_t> array = list.takeArray();
+            ASSERT_NE(array, nullptr);
+            for (std::int64_t i = 0; i < count; ++i) {
+                ASSERT_EQ(array[static_cast<std::size_t>(i)], i * 3) << expected << " " << count;
+            }
+            EXPECT_EQ(list.count(), 0);
+        }
+    }
+}
+
+TEST(BlockLists, GrowAsUsualWhereMoreIsExpectedThanThereIsMemory) {
+    BlockList<double> list;
+    list.expect(kMost);
+    for (int i = 0; i < 3000; ++i) {
+        list.append(i);
+    }
+    EXPECT_EQ(list.takeArray()[2999], 2999);
+}
+
+TEST(BlockLists, FillALargerArrayWithZerosWhateverWasExpected) {
+    BlockList<std::int32_t> list;
+    list.expect(2000);
+    for (int i = 1; i <= 1500; ++i) {
+        list.append(i);
+    }
+    const HeapArray<std::int32_t> array = list.takeArray(1900);
+    EXPECT_EQ(array[1499], 1500);
+    EXPECT_EQ(array[1500], 0);
+    EXPECT_EQ(array[1899], 0);
+    list.append(7);
+    EXPECT_EQ(list.takeArray()[0], 7);
+}
+
 TEST(BlockLists, CanBeUsedAgain) {
     BlockList<std::int32_t> list;
     list.append(1);
