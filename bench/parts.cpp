@@ -2,6 +2,8 @@
 //   bench_parts read MESH          reading an OBJ file
 //   bench_parts write MESH PATH    writing one frame
 //   bench_parts normals MESH       the normal update that every epoch makes
+//   bench_parts curvature MESH     the curvature of every vertex, given its neighbours
+//   bench_parts all-curvature MESH the same with collecting and ordering the neighbours
 #include <cstdlib>
 #include <memory>
 #include <string>
@@ -9,6 +11,7 @@
 #include "Vexo_Lib/load3d.h"
 #include "Vexo_Lib/obj.h"
 #include "measure.h"
+#include "mesh/shape_index.h"
 
 namespace {
 
@@ -19,6 +22,22 @@ std::unique_ptr<talvek::Object3D> loaded(const char* path) {
         std::exit(1);
     }
     return mesh;
+}
+
+void measureCurvature(talvek::Object3D& mesh, bool withRings) {
+    std::unique_ptr<talvek::ShapeIndex> shapeIndex;
+    const auto collectRings = [&] {
+        shapeIndex = std::make_unique<talvek::ShapeIndex>(&mesh, talvek::ShapeIndex::History::kForgotten);
+    };
+    if (!withRings) {
+        collectRings();
+    }
+    talvek::bench::measure("curvature", [&] {
+        if (withRings) {
+            collectRings();
+        }
+        shapeIndex->compute();
+    });
 }
 
 }  // namespace
@@ -40,6 +59,11 @@ int main(int argc, char** argv) {
         talvek::bench::measure("normals", [&] { mesh->updateVertexNormals(); });
         return 0;
     }
-    std::fprintf(stderr, "usage: bench_parts read MESH | write MESH PATH | normals MESH\n");
+    if (what == "curvature" || what == "all-curvature") {
+        mesh = loaded(argv[2]);
+        measureCurvature(*mesh, what == "all-curvature");
+        return 0;
+    }
+    std::fprintf(stderr, "usage: bench_parts read|normals|curvature|all-curvature MESH | write MESH PATH\n");
     return 2;
 }
