@@ -9,6 +9,8 @@
 // environment has to be the default one: rounding to nearest, subnormal numbers not flushed to zero.
 #pragma once
 
+#include <span>
+
 namespace talvek::exact {
 
 /// base^exponent, for all doubles. Results too large for a double are infinite, and results too small are rounded to
@@ -22,6 +24,9 @@ double power(double base, double exponent);
 
 /// The angle in [0, pi] whose cosine is `x`. Positive zero for 1; NaN beyond -1 and 1 and for NaN.
 double arcCosine(double x);
+
+/// Replaces every value by its arc cosine.
+void arcCosines(std::span<double> values);
 
 /// The angle in [-pi, pi] between the x axis and the point (x, y), with the sign of `y`.
 ///

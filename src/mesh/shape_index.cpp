@@ -5,6 +5,7 @@
 
 #include "base/exact_math.h"
 #include "mesh/ring_order.h"
+#include "mesh/ring_terms.h"
 #include "mesh/vector3.h"
 
 namespace talvek {
@@ -27,39 +28,6 @@ struct Curvature {
     double mean = 0;
     double gaussian = 0;
 };
-
-/// What the triangles around a vertex add up to.
-struct RingSums {
-    double doubleArea = 0;
-    double angle = 0;
-    Vector cotangentWeighted = {0, 0, 0};
-};
-
-double notTiny(double value) {
-    return value < kTiny ? kTiny : value;
-}
-
-/// The sums over the neighbours q of the vertex p, each with the neighbours r before and n after it.
-void addNeighbour(RingSums& sums, const Vector& p, const Vector& q, const Vector& r, const Vector& n) {
-    const double cotAtR = dot(p - r, q - r) / notTiny(length(cross(p - r, q - r)));
-    const double doubleArea = notTiny(length(cross(p - n, q - n)));
-    const double cotAtN = dot(p - n, q - n) / doubleArea;
-    sums.doubleArea += doubleArea;
-    sums.cotangentWeighted = sums.cotangentWeighted + (p - q) * (cotAtR + cotAtN);
-    sums.angle += exact::arcCosine(dot(p - q, p - n) / (length(p - q) * length(p - n)));
-}
-
-RingSums sumRing(const float* positions, std::int32_t vertex, std::span<const std::int32_t> ring) {
-    RingSums sums;
-    const Vector p = tripleAt<double>(positions, vertex);
-    for (std::size_t j = 0; j < ring.size(); ++j) {
-        const std::int32_t before = j > 0 ? ring[j - 1] : ring.back();
-        const std::int32_t after = j + 1 < ring.size() ? ring[j + 1] : ring.front();
-        addNeighbour(sums, p, tripleAt<double>(positions, ring[j]), tripleAt<double>(positions, before),
-                     tripleAt<double>(positions, after));
-    }
-    return sums;
-}
 
 Curvature curvatureOf(const RingSums& sums, const Vector& normal) {
     const double area = sums.doubleArea / 6;
@@ -118,15 +86,42 @@ ShapeIndex::ShapeIndex(Object3D* mesh, History history) : mesh_(mesh), history_(
 }
 
 void ShapeIndex::compute() {
-    constexpr float kListedWithoutRing = 1.0F;
     resetCurvature(*mesh_, mesh_->numVertices);
-    for (std::int32_t vertex = 0; vertex < mesh_->numVertices; ++vertex) {
+    RingTerms terms;
+    for (std::int32_t vertex = 0; vertex < mesh_->numVertices;) {
+        const std::int32_t first = vertex;
+        vertex = addRings(terms, first);
+        terms.calculate();
+        storeRings(terms, first, vertex);
+    }
+}
+
+/// Adds the rings from a vertex on until there is no more room; returns the vertex behind the last one.
+std::int32_t ShapeIndex::addRings(RingTerms& terms, std::int32_t first) const {
+    terms.clear();
+    std::int32_t vertex = first;
+    for (; vertex < mesh_->numVertices && terms.hasRoomFor(rings_.ring(vertex).size()); ++vertex) {
+        const std::span<const std::int32_t> ring = rings_.ring(vertex);
+        if (ring.size() >= kSmallestRing) {
+            terms.add(mesh_->vertices.get(), vertex, ring);
+        }
+    }
+    return vertex;
+}
+
+void ShapeIndex::storeRings(const RingTerms& terms, std::int32_t first, std::int32_t end) {
+    constexpr float kListedWithoutRing = 1.0F;
+    std::size_t triangle = 0;
+    for (std::int32_t vertex = first; vertex < end; ++vertex) {
         const auto at = static_cast<std::size_t>(vertex);
-        const std::span<const std::int32_t> ring = std::as_const(rings_).ring(vertex);
-        const bool hasRing = ring.size() >= kSmallestRing;
-        const Curvature curvature = hasRing ? curvatureOf(sumRing(mesh_->vertices.get(), vertex, ring),
-                                                          tripleAt<double>(mesh_->vertexNormals.get(), vertex))
-                                            : Curvature{};
+        const std::size_t ringSize = std::as_const(rings_).ring(vertex).size();
+        const bool hasRing = ringSize >= kSmallestRing;
+        Curvature curvature;
+        if (hasRing) {
+            curvature =
+                curvatureOf(terms.sums(triangle, ringSize), tripleAt<double>(mesh_->vertexNormals.get(), vertex));
+            triangle += ringSize;
+        }
         storeCurvature(*mesh_, at, curvature);
         if (history_ == History::kKept) {
             shapeIndexList_.push_back(hasRing ? mesh_->shapeIndex[at] : kListedWithoutRing);

@@ -6,6 +6,7 @@
 
 #include "mesh/object3d.h"
 #include "mesh/one_rings.h"
+#include "mesh/ring_terms.h"
 
 namespace talvek {
 
@@ -34,6 +35,9 @@ class ShapeIndex {
     const OneRings& rings() const { return rings_; }
 
   private:
+    std::int32_t addRings(RingTerms& terms, std::int32_t first) const;
+    void storeRings(const RingTerms& terms, std::int32_t first, std::int32_t end);
+
     std::vector<float> shapeIndexList_;
     OneRings rings_;
     Object3D* mesh_;

@@ -11,10 +11,12 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <vector>
 
 namespace {
 
 using talvek::exact::arcCosine;
+using talvek::exact::arcCosines;
 using talvek::exact::arcTangent2;
 using talvek::exact::arcTangent2f;
 using talvek::exact::logarithmf;
@@ -695,6 +697,24 @@ TEST(ExactMathArcCosine, NeverIncreasesBetweenNeighbours) {
     for (int i = 0; i < kRandomCount; ++i) {
         const double x = 2.0 * generator.unit() - 1.0;
         ASSERT_GE(arcCosine(x), arcCosine(std::nextafter(x, 2.0))) << std::hexfloat << x;
+    }
+}
+
+TEST(ExactMathArcCosines, AreTheSameAsOneByOne) {
+    std::vector<double> arguments = {0.0, -0.0,      0.5,  -0.5,       1.0,   -1.0,   std::nextafter(1.0, 0.0),
+                                     1.5, kInfinity, kNaN, -kInfinity, -1e99, 1e-320, std::nextafter(0.5, 1.0)};
+    Generator generator;
+    for (int i = 0; i < 20000; ++i) {
+        arguments.push_back(2.0 * generator.unit() - 1.0);
+    }
+    for (const std::size_t count : {std::size_t{0}, std::size_t{1}, std::size_t{2}, std::size_t{3}, std::size_t{127},
+                                    std::size_t{128}, std::size_t{129}, std::size_t{257}, arguments.size()}) {
+        std::vector<double> angles(arguments.begin(), arguments.begin() + static_cast<std::ptrdiff_t>(count));
+        arcCosines(angles);
+        for (std::size_t i = 0; i < count; ++i) {
+            ASSERT_EQ(std::bit_cast<std::uint64_t>(angles[i]), std::bit_cast<std::uint64_t>(arcCosine(arguments[i])))
+                << std::hexfloat << arguments[i] << ", " << count << " values";
+        }
     }
 }
 

@@ -248,6 +248,8 @@ TEST(ShapeIndex, AgreesWithThePlainFormOnMeshesOfManyShapes) {
     expectPlainCurvature(*withNormals(makeCube(3)), "cube");
     expectPlainCurvature(*makeFan(300, 0, 0.3), "saddle");
     expectPlainCurvature(*makeFan(300, 2, 0), "cone");
+    expectPlainCurvature(*makeFan(511, 2, 0.1), "cone of 511 sides");
+    expectPlainCurvature(*makeFan(1301, 2, 0.1), "cone of 1301 sides");
 }
 
 TEST(ShapeIndex, AgreesWithThePlainFormOnTangles) {
