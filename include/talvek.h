@@ -242,8 +242,8 @@ TALVEK_API int32_t talvekGetEpochParams(uint32_t epoch, float* out);
 
 /* Reads mode, model, number of epochs, material and epochs from the parameter file. Both stores are created anew, with
  * defaults where the file says nothing.
- * Returns TALVEK_OK; TALVEK_ERROR_RANGE if the file cannot be opened, in which case the stores hold the defaults;
- * TALVEK_ERROR_NULL if there is no memory for the stores. */
+ * Returns TALVEK_OK; TALVEK_ERROR_RANGE if the file cannot be opened or read, in which case the stores hold the
+ * defaults; TALVEK_ERROR_NULL if there is no memory for the stores. */
 TALVEK_API int32_t talvekReadParams(void);
 
 /* Writes mode, model, number of epochs, material and epochs to the parameter file.

@@ -283,10 +283,16 @@ int32_t talvekReadParams(void) {
         talvek::system::writeToStandardOutput("Releasing allocated memory for the params!\n");
         releaseStores();
         // Without a file the session keeps its mode, model and count, and the stores get their defaults.
-        static_cast<void>(talvek::readParameterHeader());
+        const bool isHeaderRead = talvek::readParameterHeader();
         talvek::system::writeToStandardOutput("Allocating memory for the params!\n");
         createMissingStores();
-        return talvek::readParameterFile() ? TALVEK_OK : TALVEK_ERROR_RANGE;
+        if (isHeaderRead && talvek::readParameterFile()) {
+            return TALVEK_OK;
+        }
+        // A file that broke off may have filled a part of them.
+        releaseStores();
+        createMissingStores();
+        return TALVEK_ERROR_RANGE;
     });
 }
 

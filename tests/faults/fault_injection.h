@@ -9,8 +9,10 @@ namespace talvek::test {
 
 enum class Fault : std::uint8_t {
     kNone,
-    /// malloc, calloc, operator new.
+    /// malloc, calloc, realloc, operator new.
     kAllocation,
+    /// From the n-th on no allocation succeeds any more.
+    kMemory,
     /// A read that fails.
     kRead,
     /// A read that delivers half of what was asked for; the rest comes with the next one.

@@ -5,7 +5,7 @@
 #include <filesystem>
 
 #include "Vexo_Lib/load3d.h"
-#include "faults/fault_injection.h"
+#include "faults/scenario.h"
 #include "support/error_reports.h"
 #include "support/mesh_file_writers.h"
 #include "support/test_files.h"
@@ -36,7 +36,7 @@ class SasUpgradeFaults : public ::testing::TestWithParam<Fault> {
         return hasHappened;
     }
 
-    TempFolder folder_;
+    TempFolder folder_{folderInMemory()};
     std::string path_ = folder_.file("mesh.sas");
     const std::string legacy_ = legacySasTetrahedron();
     const std::string upgraded_ = sasTetrahedron(7778);
@@ -55,9 +55,9 @@ TEST_P(SasUpgradeFaults, NeverLoseTheFile) {
 }
 
 INSTANTIATE_TEST_SUITE_P(OfEveryKind, SasUpgradeFaults,
-                         ::testing::Values(Fault::kAllocation, Fault::kRead, Fault::kShortRead, Fault::kOpen,
-                                           Fault::kWrite, Fault::kShortWrite, Fault::kClose, Fault::kFlush,
-                                           Fault::kRename),
+                         ::testing::Values(Fault::kAllocation, Fault::kMemory, Fault::kRead, Fault::kShortRead,
+                                           Fault::kOpen, Fault::kWrite, Fault::kShortWrite, Fault::kClose,
+                                           Fault::kFlush, Fault::kRename),
                          [](const ::testing::TestParamInfo<Fault>& fault) {
                              std::string name = faultName(fault.param);
                              std::erase(name, ' ');

@@ -14,10 +14,12 @@ namespace talvek::test {
 
 namespace fs = std::filesystem;
 
-TempFolder::TempFolder() {
+TempFolder::TempFolder() : TempFolder(fs::temp_directory_path()) {}
+
+TempFolder::TempFolder(const fs::path& parent) {
     std::random_device random;
     do {
-        path_ = fs::temp_directory_path() / ("talvek-test-" + std::to_string(random()));
+        path_ = parent / ("talvek-test-" + std::to_string(random()));
     } while (!fs::create_directory(path_));
 }
 

@@ -11,6 +11,8 @@ namespace talvek::test {
 class TempFolder {
   public:
     TempFolder();
+    /// In a folder other than the system's for temporary files.
+    explicit TempFolder(const std::filesystem::path& parent);
     TempFolder(const TempFolder&) = delete;
     TempFolder& operator=(const TempFolder&) = delete;
     ~TempFolder();
