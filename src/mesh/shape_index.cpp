@@ -29,19 +29,32 @@ struct Curvature {
     double gaussian = 0;
 };
 
-Curvature curvatureOf(const RingSums& sums, const Vector& normal) {
+/// What a vertex's curvature is made of, before it is known whether it counts.
+struct Estimate {
+    double mean;
+    double gaussian;
+    double discriminant;
+    bool counts;
+};
+
+Estimate estimateOf(const RingSums& sums, const Vector& normal) {
     const double area = sums.doubleArea / 6;
     const double mean = dot(sums.cotangentWeighted, normal) / (4 * length(normal) * area);
     const double gaussian = (kTwoPi - sums.angle) / area;
     const double discriminant = mean * mean - gaussian;
     // Written so that an undefined Gaussian curvature counts as none, while an undefined mean curvature shows.
-    if (!(std::fabs(gaussian) > kTiny) || discriminant < 0) {
+    return {mean, gaussian, discriminant, std::fabs(gaussian) > kTiny && !(discriminant < 0)};
+}
+
+Curvature curvatureOf(const Estimate& estimate) {
+    if (!estimate.counts) {
         return {};
     }
-    const double minimum = mean - std::sqrt(discriminant);
-    const double maximum = mean + std::sqrt(discriminant);
+    const double root = std::sqrt(estimate.discriminant);
+    const double minimum = estimate.mean - root;
+    const double maximum = estimate.mean + root;
     const double shapeIndex = 0.5 - exact::arcTangent2(minimum + maximum, maximum - minimum) / kPi;
-    return {shapeIndex, minimum, maximum, mean, gaussian};
+    return {shapeIndex, minimum, maximum, estimate.mean, estimate.gaussian};
 }
 
 void resetArray(HeapArray<float>& array, std::int64_t count) {
@@ -65,9 +78,13 @@ void storeCurvature(ObjCurvature& arrays, std::size_t vertex, const Curvature& c
     arrays.gaussianCurvature[vertex] = static_cast<float>(curvature.gaussian);
 }
 
+Vector normalOf(const Object3D& mesh, std::size_t vertex) {
+    return tripleAt<double>(mesh.vertexNormals.get(), static_cast<std::int64_t>(vertex));
+}
+
 }  // namespace
 
-ShapeIndex::ShapeIndex(Object3D* mesh, History history) : mesh_(mesh), history_(history) {
+void requireCurvableMesh(const Object3D* mesh) {
     if (mesh == nullptr) {
         throw "ShapeIndex::ShapeIndex: null Pointer: expecting Object3D";
     }
@@ -78,6 +95,10 @@ ShapeIndex::ShapeIndex(Object3D* mesh, History history) : mesh_(mesh), history_(
         throw "ShapeIndex::ShapeIndex: for shape index you need to have VERTEX NORMAL array, COORDINATE array, and "
               "FACE INDEX array\n";
     }
+}
+
+ShapeIndex::ShapeIndex(Object3D* mesh, History history) : mesh_(mesh), history_(history) {
+    requireCurvableMesh(mesh);
     rings_ = OneRings(*mesh);
     RingOrder order(*mesh);
     for (std::int32_t vertex = 0; vertex < mesh->numVertices; ++vertex) {
@@ -86,13 +107,43 @@ ShapeIndex::ShapeIndex(Object3D* mesh, History history) : mesh_(mesh), history_(
 }
 
 void ShapeIndex::compute() {
+    constexpr float kListedWithoutRing = 1.0F;
     resetCurvature(*mesh_, mesh_->numVertices);
+    forEachVertex([&](std::size_t vertex, const RingSums* sums) {
+        const Curvature curvature =
+            sums != nullptr ? curvatureOf(estimateOf(*sums, normalOf(*mesh_, vertex))) : Curvature{};
+        storeCurvature(*mesh_, vertex, curvature);
+        if (history_ == History::kKept) {
+            shapeIndexList_.push_back(sums != nullptr ? mesh_->shapeIndex[vertex] : kListedWithoutRing);
+        }
+    });
+}
+
+void ShapeIndex::computeMeanOnly() {
+    resetArray(mesh_->meanCurvature, mesh_->numVertices);
+    forEachVertex([&](std::size_t vertex, const RingSums* sums) {
+        const Estimate estimate = sums != nullptr ? estimateOf(*sums, normalOf(*mesh_, vertex)) : Estimate{};
+        mesh_->meanCurvature[vertex] = static_cast<float>(estimate.counts ? estimate.mean : 0.0);
+    });
+}
+
+/// Gives each vertex and the sums over its ring, null for a ring that is too small, to `use`.
+template <typename Use>
+void ShapeIndex::forEachVertex(Use use) const {
     RingTerms terms;
     for (std::int32_t vertex = 0; vertex < mesh_->numVertices;) {
-        const std::int32_t first = vertex;
-        vertex = addRings(terms, first);
+        const std::int32_t end = addRings(terms, vertex);
         terms.calculate();
-        storeRings(terms, first, vertex);
+        for (std::size_t triangle = 0; vertex < end; ++vertex) {
+            const std::size_t ringSize = rings_.ring(vertex).size();
+            if (ringSize < kSmallestRing) {
+                use(static_cast<std::size_t>(vertex), nullptr);
+            } else {
+                const RingSums sums = terms.sums(triangle, ringSize);
+                use(static_cast<std::size_t>(vertex), &sums);
+                triangle += ringSize;
+            }
+        }
     }
 }
 
@@ -107,26 +158,6 @@ std::int32_t ShapeIndex::addRings(RingTerms& terms, std::int32_t first) const {
         }
     }
     return vertex;
-}
-
-void ShapeIndex::storeRings(const RingTerms& terms, std::int32_t first, std::int32_t end) {
-    constexpr float kListedWithoutRing = 1.0F;
-    std::size_t triangle = 0;
-    for (std::int32_t vertex = first; vertex < end; ++vertex) {
-        const auto at = static_cast<std::size_t>(vertex);
-        const std::size_t ringSize = std::as_const(rings_).ring(vertex).size();
-        const bool hasRing = ringSize >= kSmallestRing;
-        Curvature curvature;
-        if (hasRing) {
-            curvature =
-                curvatureOf(terms.sums(triangle, ringSize), tripleAt<double>(mesh_->vertexNormals.get(), vertex));
-            triangle += ringSize;
-        }
-        storeCurvature(*mesh_, at, curvature);
-        if (history_ == History::kKept) {
-            shapeIndexList_.push_back(hasRing ? mesh_->shapeIndex[at] : kListedWithoutRing);
-        }
-    }
 }
 
 }  // namespace talvek

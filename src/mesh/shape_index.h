@@ -10,6 +10,10 @@
 
 namespace talvek {
 
+/// Throws the text of a message as const char* for a null mesh, one without faces and one without vertices, vertex
+/// normals or vertex index.
+void requireCurvableMesh(const Object3D* mesh);
+
 /// Estimates the curvature of a triangle mesh: the mean curvature from the cotangent weights of a vertex's one-ring,
 /// the Gaussian curvature from its angle deficit, both over a third of the ring's area. Curvatures are in 1 / mm; on a
 /// convex surface with outward normals the mean curvature is positive.
@@ -18,15 +22,17 @@ class ShapeIndex {
     enum class History : bool { kForgotten, kKept };
 
     /// Collects and orders the one-rings of a mesh, which has to outlive this object and to keep its faces: only its
-    /// positions and normals may change. Vertex indices have to lie in [0, V). Throws the text of a message as
-    /// const char* for a null mesh, one without faces and one without vertices, vertex normals or vertex index; throws
-    /// std::bad_alloc.
+    /// positions and normals may change. Vertex indices have to lie in [0, V). Throws as requireCurvableMesh does;
+    /// throws std::bad_alloc.
     explicit ShapeIndex(Object3D* mesh, History history = History::kKept);
 
     /// Replaces the mesh's curvature arrays by those of its present positions and vertex normals. A vertex with fewer
     /// than three neighbours, with a Gaussian curvature near 0 or with H^2 < K gets the shape index 0.5 and curvatures
     /// of 0, even where it is curved in one direction. Throws std::bad_alloc.
     void compute();
+
+    /// Replaces the mean curvature alone, by what compute would put there. Throws std::bad_alloc.
+    void computeMeanOnly();
 
     /// The shape indices of all computations so far, V from each: empty when the history is forgotten. Vertices with
     /// fewer than three neighbours stand here with 1.
@@ -35,8 +41,9 @@ class ShapeIndex {
     const OneRings& rings() const { return rings_; }
 
   private:
+    template <typename Use>
+    void forEachVertex(Use use) const;
     std::int32_t addRings(RingTerms& terms, std::int32_t first) const;
-    void storeRings(const RingTerms& terms, std::int32_t first, std::int32_t end);
 
     std::vector<float> shapeIndexList_;
     OneRings rings_;

@@ -16,24 +16,23 @@ namespace talvek {
 
 namespace {
 
-/// Null when there is no memory for it.
-std::unique_ptr<ShapeIndex> tryComputeShapeIndex(Object3D& surface) {
-    try {
-        auto shapeIndex = std::make_unique<ShapeIndex>(&surface, ShapeIndex::History::kForgotten);
-        shapeIndex->compute();
-        return shapeIndex;
-    } catch (const std::bad_alloc&) {
-        return nullptr;
-    }
+void reportShapeIndex(bool isThere) {
+    report(isThere ? "\tShape Index created!\n" : "\tShape Index NOT created!\n");
 }
 
+/// Null for the models that do without curvature.
 std::unique_ptr<ShapeIndex> reportedShapeIndex(Object3D& surface) {
-    std::unique_ptr<ShapeIndex> shapeIndex = tryComputeShapeIndex(surface);
-    report(shapeIndex != nullptr ? "\tShape Index created!\n" : "\tShape Index NOT created!\n");
-    // The other models do without curvature.
-    if (shapeIndex == nullptr && session().model == TALVEK_MODEL_SMOOTHING) {
-        throw std::bad_alloc();
+    requireCurvableMesh(&surface);
+    std::unique_ptr<ShapeIndex> shapeIndex;
+    try {
+        if (session().model == TALVEK_MODEL_SMOOTHING) {
+            shapeIndex = std::make_unique<ShapeIndex>(&surface, ShapeIndex::History::kForgotten);
+        }
+    } catch (const std::bad_alloc&) {
+        reportShapeIndex(false);
+        throw;
     }
+    reportShapeIndex(true);
     return shapeIndex;
 }
 
@@ -65,13 +64,14 @@ void moveRandomly(Object3D& surface, float mean, float sigma) {
     }
 }
 
-void moveByCurvature(Object3D& surface, float smooth) {
+void moveByCurvature(Object3D& surface, ShapeIndex& shapeIndex, float smooth) {
+    shapeIndex.computeMeanOnly();
     for (std::int32_t vertex = 0; vertex < surface.numVertices; ++vertex) {
         moveVertex(surface, vertex, surface.meanCurvature[static_cast<std::size_t>(vertex)] * smooth);
     }
 }
 
-void moveByModel(Object3D& surface, const EpochOffsets& offsets) {
+void moveByModel(Object3D& surface, ShapeIndex* shapeIndex, const EpochOffsets& offsets) {
     switch (session().model) {
         case TALVEK_MODEL_CONSTANT_OFFSET:
             moveAlongNormals(surface, static_cast<float>(offsets.constant));
@@ -80,7 +80,7 @@ void moveByModel(Object3D& surface, const EpochOffsets& offsets) {
             moveRandomly(surface, static_cast<float>(offsets.mean), static_cast<float>(offsets.sigma));
             break;
         case TALVEK_MODEL_SMOOTHING:
-            moveByCurvature(surface, static_cast<float>(offsets.smooth));
+            moveByCurvature(surface, *shapeIndex, static_cast<float>(offsets.smooth));
             break;
         default:
             break;
@@ -94,11 +94,8 @@ void weather(Object3D& surface) {
     for (std::int32_t n = 1; n <= current.numEpochs; ++n) {
         const EpochRecord& epoch = current.epochTable.epoch(n);
         reportEpochLength(n, epoch);
-        moveByModel(surface, reportedOffsets(epoch));
+        moveByModel(surface, shapeIndex.get(), reportedOffsets(epoch));
         surface.updateVertexNormals();
-        if (shapeIndex != nullptr) {
-            shapeIndex->compute();
-        }
         saveFrame(surface, n);
     }
 }

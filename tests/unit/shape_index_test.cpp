@@ -71,6 +71,9 @@ void expectPlainCurvature(Object3D& mesh, const std::string& where) {
     expectSameBits(mesh.maximumCurvature, expected.maximum, where + ": maximum");
     expectSameBits(mesh.meanCurvature, expected.mean, where + ": mean");
     expectSameBits(mesh.gaussianCurvature, expected.gaussian, where + ": Gaussian");
+    mesh.meanCurvature.reset();
+    shapeIndex.computeMeanOnly();
+    expectSameBits(mesh.meanCurvature, expected.mean, where + ": mean alone");
 }
 
 void expectNoCurvature(const Object3D& mesh, std::size_t vertex) {
