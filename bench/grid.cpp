@@ -13,6 +13,7 @@
 #include "support/plain_rasteriser.h"
 #include "weathering/delta_grid.h"
 #include "weathering/grid_mesh.h"
+#include "weathering/grid_surface.h"
 #include "weathering/mineral_map.h"
 #include "weathering/rasterise.h"
 
@@ -66,19 +67,18 @@ Grid runPlainly(const Object3D& mesh, const MineralMap& map, int epochs) {
 
 Grid run(const Object3D& mesh, const MineralMap& map, int epochs) {
     const Grid first = drawFirst(mesh);
+    talvek::GridSurface surface;
     std::unique_ptr<Object3D> frame = talvek::gridToMesh(&first, true);
-    std::unique_ptr<Grid> positions = talvek::rasteriseToGrid(*frame, frame->vertices.get());
-    std::unique_ptr<Grid> normals = talvek::rasteriseToGrid(*frame, frame->vertexNormals.get());
+    surface.resample(*frame);
     talvek::bench::measure("epochs", [&] {
+        const talvek::MineralFactorGrid factors(map);
         for (int epoch = 0; epoch < epochs; ++epoch) {
-            const std::unique_ptr<Grid> deltas = talvek::mineralDeltaGrid(map, kDelta);
-            talvek::applyDeltaGrid(positions.get(), normals.get(), deltas.get());
-            frame = talvek::gridToMesh(positions.get(), true);
-            positions = talvek::rasteriseToGrid(*frame, frame->vertices.get());
-            normals = talvek::rasteriseToGrid(*frame, frame->vertexNormals.get());
+            surface.move(factors.deltas(kDelta).get());
+            frame = talvek::gridToMesh(&surface.positions(), true);
+            surface.resample(*frame);
         }
     });
-    return std::move(*positions);
+    return {kGridSize, kGridSize, 3, talvek::copyArray(surface.positions().data.get(), 3LL * kGridSize * kGridSize)};
 }
 
 /// Printed in a line that is no figure, so that the two forms can be compared.

@@ -11,20 +11,21 @@ namespace talvek {
 
 namespace {
 
-/// Looks pixels of a map up; a pixel outside the map has the values of the last one looked up inside.
+/// Looks up how strongly the pixels of a map weather; a pixel outside the map is taken for the last one looked up
+/// inside.
 class PixelSlot {
   public:
-    void lookUp(const MineralMap& map, std::int64_t x, std::int64_t y) {
-        if (x >= 0 && x < map.width && y >= 0 && y < map.height) {
+    float factorAt(const MineralMap& map, std::int64_t x, std::int64_t y) {
+        if (x >= 0 && x < map.width && y >= 0 && y < map.height && !std::equal(pixel_, pixel_ + 3, map.pixel(x, y))) {
             std::copy_n(map.pixel(x, y), 3, pixel_);
+            factor_ = mineralFactor(mineralClassOf(pixel_[0], pixel_[1], pixel_[2]));
         }
-    }
-    float delta(float homogeneousDelta) const {
-        return mineralDelta(pixel_[0], pixel_[1], pixel_[2], homogeneousDelta);
+        return factor_;
     }
 
   private:
     float pixel_[3] = {};
+    float factor_ = mineralFactor(mineralClassOf(0, 0, 0));
 };
 
 /// The place of a column or row of the grid in the map: a pixel, and how far on the way to the next.
@@ -42,22 +43,10 @@ double interpolate(float from, float to, double fraction) {
     return static_cast<double>(to - from) * fraction + static_cast<double>(from);
 }
 
-/// The four pixels around a place, each with its slot.
-class PixelSquare {
-  public:
-    double deltaAt(const MineralMap& map, const MapPlace& column, const MapPlace& row, float delta) {
-        slot00_.lookUp(map, column.pixel, row.pixel);
-        slot10_.lookUp(map, column.pixel + 1, row.pixel);
-        slot01_.lookUp(map, column.pixel, row.pixel + 1);
-        slot11_.lookUp(map, column.pixel + 1, row.pixel + 1);
-        const double top = interpolate(slot00_.delta(delta), slot10_.delta(delta), column.fraction);
-        const double bottom = interpolate(slot01_.delta(delta), slot11_.delta(delta), column.fraction);
-        return (bottom - top) * row.fraction + top;
-    }
-
-  private:
-    PixelSlot slot00_, slot10_, slot01_, slot11_;
-};
+/// The delta under a pixel. What does not weather stays where it is even under a delta that is not finite.
+float deltaOf(float factor, float delta) {
+    return factor == 0 ? 0 : delta * factor;
+}
 
 std::unique_ptr<Grid> makeDeltaGrid() {
     return std::make_unique<Grid>(makeImage(kGridSize, kGridSize, 1));
@@ -71,20 +60,40 @@ std::unique_ptr<Grid> constantDeltaGrid(double delta) {
     return deltas;
 }
 
-std::unique_ptr<Grid> mineralDeltaGrid(const MineralMap& map, double delta) {
-    if (map.channels != 3) {
-        return nullptr;
-    }
-    std::unique_ptr<Grid> deltas = makeDeltaGrid();
-    PixelSquare square;
+MineralFactorGrid::MineralFactorGrid(const MineralMap& map) : factors_(makeImage(kGridSize, kGridSize, 4)) {
+    PixelSlot slots[4];
     for (std::int32_t c = 0; c < kGridSize; ++c) {
         const MapPlace column(c, map.width);
+        columns_.push_back(column.fraction);
         for (std::int32_t r = 0; r < kGridSize; ++r) {
             const MapPlace row(r, map.height);
-            *deltas->pixel(c, r) = static_cast<float>(square.deltaAt(map, column, row, static_cast<float>(delta)));
+            float* factors = factors_.pixel(c, r);
+            factors[0] = slots[0].factorAt(map, column.pixel, row.pixel);
+            factors[1] = slots[1].factorAt(map, column.pixel + 1, row.pixel);
+            factors[2] = slots[2].factorAt(map, column.pixel, row.pixel + 1);
+            factors[3] = slots[3].factorAt(map, column.pixel + 1, row.pixel + 1);
         }
     }
+    for (std::int32_t r = 0; r < kGridSize; ++r) {
+        rows_.push_back(MapPlace(r, map.height).fraction);
+    }
+}
+
+std::unique_ptr<Grid> MineralFactorGrid::deltas(double delta) const {
+    const auto narrow = static_cast<float>(delta);
+    std::unique_ptr<Grid> deltas = makeDeltaGrid();
+    for (std::size_t cell = 0; cell < std::size_t{kGridSize} * kGridSize; ++cell) {
+        const float* factors = factors_.data.get() + 4 * cell;
+        const double alongColumns = columns_[cell % kGridSize];
+        const double top = interpolate(deltaOf(factors[0], narrow), deltaOf(factors[1], narrow), alongColumns);
+        const double bottom = interpolate(deltaOf(factors[2], narrow), deltaOf(factors[3], narrow), alongColumns);
+        deltas->data[cell] = static_cast<float>((bottom - top) * rows_[cell / kGridSize] + top);
+    }
     return deltas;
+}
+
+std::unique_ptr<Grid> mineralDeltaGrid(const MineralMap& map, double delta) {
+    return map.channels == 3 ? MineralFactorGrid(map).deltas(delta) : nullptr;
 }
 
 void applyDeltaGrid(Grid* positions, const Grid* normals, const Grid* deltas) {
@@ -94,8 +103,8 @@ void applyDeltaGrid(Grid* positions, const Grid* normals, const Grid* deltas) {
     }
     const std::int32_t width = std::min({positions->width, normals->width, deltas->width});
     const std::int32_t height = std::min({positions->height, normals->height, deltas->height});
-    for (std::int32_t x = 0; x < width; ++x) {
-        for (std::int32_t y = 0; y < height; ++y) {
+    for (std::int32_t y = 0; y < height; ++y) {
+        for (std::int32_t x = 0; x < width; ++x) {
             float* cell = positions->pixel(x, y);
             if (!isEmptyCell(cell)) {
                 const Vector3<float> normal = tripleAt<float>(normals->pixel(x, y), 0);

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 namespace talvek {
@@ -58,25 +59,33 @@ constexpr Steps kBlockTriangles[] = {
     {kMiddle, kSouth, kSouthWest}, {kMiddle, kSouthWest, kWest}, {kMiddle, kWest, kNorth}, {kNorthWest, kNorth, kWest},
 };
 
-void appendBlock(std::vector<std::int32_t>& faces, const VertexNumbers& numbers, const Cell& middle) {
+/// Writes the triangles of a block that have all their vertices; returns where the next ones go.
+std::int32_t* writeBlock(std::int32_t* faces, const VertexNumbers& numbers, const Cell& middle) {
     for (const Steps& steps : kBlockTriangles) {
-        std::array<std::int32_t, 3> corners;
-        std::ranges::transform(steps, corners.begin(),
-                               [&](const Cell& step) { return numbers.at(middle.x + step.x, middle.y + step.y); });
-        if (std::ranges::find(corners, kNoVertex) == corners.end()) {
-            faces.insert(faces.end(), corners.begin(), corners.end());
-        }
-    }
-}
-
-std::vector<std::int32_t> blockFaces(const Grid& grid, const VertexNumbers& numbers) {
-    std::vector<std::int32_t> faces;
-    for (std::int32_t x = 1; x <= grid.width - 2; x += 2) {
-        for (std::int32_t y = 1; y <= grid.height - 2; y += 2) {
-            appendBlock(faces, numbers, {x, y});
-        }
+        const auto vertex = [&](const Cell& step) { return numbers.at(middle.x + step.x, middle.y + step.y); };
+        faces[0] = vertex(steps[0]);
+        faces[1] = vertex(steps[1]);
+        faces[2] = vertex(steps[2]);
+        const bool isWhole = faces[0] != kNoVertex && faces[1] != kNoVertex && faces[2] != kNoVertex;
+        faces += isWhole ? 3 : 0;
     }
     return faces;
+}
+
+void fillFaces(Object3D& mesh, const Grid& grid, const VertexNumbers& numbers) {
+    const std::int64_t blocks = (std::int64_t{grid.width} - 1) / 2 * ((std::int64_t{grid.height} - 1) / 2);
+    // A triangle that is not whole needs room to be written, too.
+    HeapArray<std::int32_t> faces = makeArray<std::int32_t>(blocks * 24 + 3);
+    std::int32_t* end = faces.get();
+    for (std::int32_t x = 1; x <= grid.width - 2; x += 2) {
+        for (std::int32_t y = 1; y <= grid.height - 2; y += 2) {
+            end = writeBlock(end, numbers, {x, y});
+        }
+    }
+    const std::int64_t indices = end - faces.get();
+    mesh.numFaces = static_cast<std::int32_t>(indices / 3);
+    mesh.vertexIndex = shrinkArray(std::move(faces), indices);
+    mesh.texelIndex = copyArray(mesh.vertexIndex.get(), indices);
 }
 
 void fillVertices(Object3D& mesh, const Grid& grid, const VertexNumbers& numbers) {
@@ -106,11 +115,7 @@ std::unique_ptr<Object3D> gridToMesh(const Grid* grid, [[maybe_unused]] bool fla
     auto mesh = std::make_unique<Object3D>();
     const VertexNumbers numbers(*grid);
     fillVertices(*mesh, *grid, numbers);
-    const std::vector<std::int32_t> faces = blockFaces(*grid, numbers);
-    const auto indices = static_cast<std::int64_t>(faces.size());
-    mesh->numFaces = static_cast<std::int32_t>(indices / 3);
-    mesh->vertexIndex = copyArray(faces.data(), indices);
-    mesh->texelIndex = copyArray(faces.data(), indices);
+    fillFaces(*mesh, *grid, numbers);
     mesh->updateNormals(true);
     return mesh;
 }

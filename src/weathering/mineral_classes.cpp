@@ -1,6 +1,5 @@
 #include "weathering/mineral_classes.h"
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 
@@ -25,9 +24,13 @@ constexpr std::array<MineralClass, 20> kClasses = {{
 }  // namespace
 
 std::int32_t mineralClassOf(float p0, float p1, float p2) {
-    const std::array<float, 3> pixel = {p0, p1, p2};
-    const auto* match = std::ranges::find(kClasses, pixel, &MineralClass::pixel);
-    return match == kClasses.end() ? 0 : static_cast<std::int32_t>(match - kClasses.begin()) + 1;
+    for (std::size_t i = 0; i < kClasses.size(); ++i) {
+        const std::array<float, 3>& pixel = kClasses[i].pixel;
+        if (pixel[0] == p0 && pixel[1] == p1 && pixel[2] == p2) {
+            return static_cast<std::int32_t>(i) + 1;
+        }
+    }
+    return 0;
 }
 
 float mineralFactor(std::int32_t mineralClass) {

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <vector>
 
@@ -92,9 +93,8 @@ TEST(MineralDeltaGrid, CarriesTheLastPixelsBeyondTheFarEdges) {
         const MineralMap map = makeMap(width, height, pixels);
         const auto grid = mineralDeltaGrid(map, -0.017);
         const std::vector<float> expected = plainDeltas(map, -0.017);
-        for (std::size_t i = 0; i < expected.size(); ++i) {
-            ASSERT_EQ(grid->data[i], expected[i]) << width << " x " << height << ", cell " << i;
-        }
+        const auto wrong = std::mismatch(expected.begin(), expected.end(), grid->data.get()).first;
+        ASSERT_EQ(wrong, expected.end()) << width << " x " << height << ", cell " << wrong - expected.begin();
     }
 }
 
