@@ -1,8 +1,7 @@
-// Hosts that use the library hard or live in odd surroundings: many runs, small stacks, other locales and time zones.
+// Hosts that use the library hard or live in odd surroundings: many runs, other locales and time zones.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -12,8 +11,6 @@
 // After windows.h.
 #include <psapi.h>
 #else
-#include <pthread.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <fstream>
@@ -35,18 +32,6 @@ std::size_t residentBytes() {
     return counters.PagefileUsage;
 }
 
-DWORD WINAPI callWork(LPVOID work) {
-    (*static_cast<std::function<void()>*>(work))();
-    return 0;
-}
-
-void runOnSmallStack(std::size_t bytes, std::function<void()> work) {
-    const HANDLE thread = ::CreateThread(nullptr, bytes, callWork, &work, STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr);
-    ASSERT_NE(thread, nullptr);
-    ::WaitForSingleObject(thread, INFINITE);
-    ::CloseHandle(thread);
-}
-
 void setTimeZone(const char* zone) {
     ::_putenv_s("TZ", zone);
 }
@@ -59,21 +44,6 @@ std::size_t residentBytes() {
     std::size_t resident = 0;
     statistics >> total >> resident;
     return resident * static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
-}
-
-void* callWork(void* work) {
-    (*static_cast<std::function<void()>*>(work))();
-    return nullptr;
-}
-
-void runOnSmallStack(std::size_t bytes, std::function<void()> work) {
-    pthread_attr_t attributes;
-    ASSERT_EQ(::pthread_attr_init(&attributes), 0);
-    ASSERT_EQ(::pthread_attr_setstacksize(&attributes, bytes), 0);
-    pthread_t thread{};
-    ASSERT_EQ(::pthread_create(&thread, &attributes, callWork, &work), 0);
-    ::pthread_join(thread, nullptr);
-    ::pthread_attr_destroy(&attributes);
 }
 
 void setTimeZone(const char* zone) {
@@ -90,7 +60,6 @@ constexpr bool kFreedMemoryStays = true;
 constexpr bool kFreedMemoryStays = false;
 #endif
 
-constexpr std::size_t kSmallStack = 128 * 1024;
 constexpr std::size_t kTolerance = 4 * 1024 * 1024;
 
 class HostConditions : public ::testing::Test {
@@ -153,27 +122,6 @@ TEST_F(HostConditions, TenThousandFrameReadsNeedNoMoreMemoryThanTen) {
     }
 }
 
-TEST_F(HostConditions, ASmallStackIsEnoughForARun) {
-    std::int32_t result = 1;
-    runOnSmallStack(kSmallStack, [&] { result = run(TALVEK_MODE_MESH_DATA, TALVEK_MODEL_SO2_NO2_CRUST); });
-    EXPECT_EQ(result, TALVEK_OK);
-}
-
-TEST_F(HostConditions, ASmallStackIsEnoughForParametersAndFrames) {
-    ASSERT_EQ(run(TALVEK_MODE_MESH_DATA, TALVEK_MODEL_ACID_RAIN), TALVEK_OK);
-    std::int32_t triangles = 0;
-    std::int32_t saved = 1;
-    std::int32_t read = 1;
-    runOnSmallStack(kSmallStack, [&] {
-        triangles = TALVEK_CALL(talvekGetFrameNumTriangles)(1);
-        saved = TALVEK_CALL(talvekSaveParams)();
-        read = TALVEK_CALL(talvekReadParams)();
-    });
-    EXPECT_EQ(triangles, 320);
-    EXPECT_EQ(saved, TALVEK_OK);
-    EXPECT_EQ(read, TALVEK_OK);
-}
-
 TEST_F(HostConditions, ACommaLocaleChangesNothing) {
     ASSERT_EQ(run(TALVEK_MODE_MESH_DATA, TALVEK_MODEL_ACID_RAIN), TALVEK_OK);
     ASSERT_EQ(TALVEK_CALL(talvekSaveParams)(), TALVEK_OK);
@@ -205,37 +153,6 @@ TEST_F(HostConditions, ATimeZoneChangesNothing) {
     setTimeZone("UTC0");
     EXPECT_EQ(lastSurface(), surface);
 }
-
-#ifndef _WIN32
-TEST_F(HostConditions, AFolderThatVanishesEndsNothingButTheFrames) {
-    const std::string gone = folder_.file("gone");
-    ASSERT_TRUE(std::filesystem::create_directory(gone));
-    writeFile(gone + "/stone.obj", objText(*makeSphere(10, 0)));
-    ASSERT_EQ(TALVEK_CALL(talvekSetFileName)((gone + "/stone.obj").c_str()), TALVEK_OK);
-    std::filesystem::remove_all(gone);
-    TALVEK_CALL(talvekSetMode)(TALVEK_MODE_MESH_DATA);
-    TALVEK_CALL(talvekSetModel)(TALVEK_MODEL_ACID_RAIN);
-    TALVEK_CALL(talvekInit)();
-    EXPECT_EQ(TALVEK_CALL(talvekStart)(), TALVEK_ERROR_MESH);
-    EXPECT_EQ(TALVEK_CALL(talvekSaveParams)(), TALVEK_ERROR_RANGE);
-    EXPECT_EQ(folder_.listing(), "stone.obj");
-}
-
-TEST_F(HostConditions, AParentThatCannotBeReadDoesNotMatter) {
-    const std::string parent = folder_.file("parent");
-    ASSERT_TRUE(std::filesystem::create_directories(parent + "/inside"));
-    mesh_ = parent + "/inside/stone.obj";
-    writeFile(mesh_, objText(*makeSphere(10, 0)));
-    const std::string before = std::filesystem::current_path();
-    std::filesystem::current_path(parent + "/inside");
-    ASSERT_EQ(::chmod(parent.c_str(), 0111), 0);
-    mesh_ = "stone.obj";
-    EXPECT_EQ(run(TALVEK_MODE_MESH_DATA, TALVEK_MODEL_ACID_RAIN), TALVEK_OK);
-    EXPECT_TRUE(exists("stone.obj.obj_w_2.obj"));
-    ASSERT_EQ(::chmod(parent.c_str(), 0755), 0);
-    std::filesystem::current_path(before);
-}
-#endif
 
 }  // namespace
 }  // namespace talvek::test
