@@ -17,6 +17,8 @@ namespace talvek {
 struct HeapDeleter {
     /// False for an array that is some other array's block.
     bool owns = true;
+    /// The size of the block in bytes, which may be larger than what the array uses of it; 0 where nobody knows.
+    std::size_t room = 0;
     void operator()(void* block) const noexcept {
         if (owns) {
             system::release(block);
@@ -39,22 +41,36 @@ std::size_t arrayBytes(std::int64_t count) {
 }
 
 template <typename T>
-HeapArray<T> adoptBlock(void* block) {
+HeapArray<T> adoptBlock(void* block, std::size_t bytes) {
     if (block == nullptr) {
         throw std::bad_alloc();
     }
-    return HeapArray<T>(static_cast<T*>(block));
+    return HeapArray<T>(static_cast<T*>(block), HeapDeleter{.owns = true, .room = bytes});
 }
 
 /// An array of `count` elements without defined values; never null. Throws std::bad_alloc.
 template <typename T>
 HeapArray<T> makeArray(std::int64_t count) {
-    return adoptBlock<T>(system::allocate(arrayBytes<T>(count)));
+    const std::size_t bytes = arrayBytes<T>(count);
+    return adoptBlock<T>(system::allocate(bytes), bytes);
 }
 
 template <typename T>
 HeapArray<T> makeZeroedArray(std::int64_t count) {
-    return adoptBlock<T>(system::allocateZeroed(arrayBytes<T>(count)));
+    const std::size_t bytes = arrayBytes<T>(count);
+    return adoptBlock<T>(system::allocateZeroed(bytes), bytes);
+}
+
+/// `count` zeros in the block of an array that is no longer needed, if that is large enough. Throws std::bad_alloc.
+template <typename T>
+HeapArray<T> makeZeroedArrayFrom(HeapArray<T> former, std::int64_t count) {
+    const std::size_t bytes = arrayBytes<T>(count);
+    if (former == nullptr || !former.get_deleter().owns || former.get_deleter().room < bytes) {
+        former.reset();
+        return makeZeroedArray<T>(count);
+    }
+    std::memset(former.get(), 0, bytes);
+    return former;
 }
 
 template <typename T>
@@ -79,7 +95,9 @@ HeapArray<T> copyArray(const T* from, std::int64_t count) {
 /// Gives back the memory behind the first `count` elements.
 template <typename T>
 HeapArray<T> shrinkArray(HeapArray<T> array, std::int64_t count) noexcept {
-    return HeapArray<T>(static_cast<T*>(system::shrink(array.release(), static_cast<std::size_t>(count) * sizeof(T))));
+    const std::size_t bytes = static_cast<std::size_t>(count) * sizeof(T);
+    return HeapArray<T>(static_cast<T*>(system::shrink(array.release(), bytes)),
+                        HeapDeleter{.owns = true, .room = bytes});
 }
 
 /// A copy of an array; null where the source is null or there is no memory.
@@ -108,7 +126,7 @@ HeapRecord<T> makeRecord(const T& value) {
 /// A second name for an array that stays its owner's.
 template <typename T>
 HeapArray<T> borrowArray(const HeapArray<T>& owner) {
-    return HeapArray<T>(owner.get(), HeapDeleter{.owns = false});
+    return HeapArray<T>(owner.get(), HeapDeleter{.owns = false, .room = 0});
 }
 
 }  // namespace talvek

@@ -107,8 +107,8 @@ void recountWhereTooMany(const Object3D& mesh, float* sums) {
 
 /// Four floats for each vertex: the sum of its faces' normals and their number.
 template <typename Machine>
-HeapArray<float> sumsOfFaceNormals(const Object3D& mesh) {
-    HeapArray<float> sums = makeZeroedArray<float>(4 * std::int64_t{mesh.numVertices});
+HeapArray<float> sumsOfFaceNormals(const Object3D& mesh, HeapArray<float> former) {
+    HeapArray<float> sums = makeZeroedArrayFrom(std::move(former), 4 * std::int64_t{mesh.numVertices});
     const std::int32_t* corners = mesh.vertexIndex.get();
     forEachFaceNormal<Machine>(mesh, [&](std::int64_t face, const FaceNormal& n) {
         for (int k = 0; k < 3; ++k) {
@@ -120,9 +120,9 @@ HeapArray<float> sumsOfFaceNormals(const Object3D& mesh) {
 }
 
 template <typename Machine>
-HeapArray<float> vertexNormalsOn(const Object3D& mesh) {
-    HeapArray<float> sums = sumsOfFaceNormals<Machine>(mesh);
-    // The normals take the place of the sums, from the front.
+HeapArray<float> vertexNormalsOn(const Object3D& mesh, HeapArray<float> former) {
+    HeapArray<float> sums = sumsOfFaceNormals<Machine>(mesh, std::move(former));
+    // The normals take the place of the sums, from the front. What is left behind them serves the next update.
     std::int64_t vertex = 0;
     for (; vertex + Machine::kAtATime <= mesh.numVertices; vertex += Machine::kAtATime) {
         Machine::vertexNormals(sums.get() + 4 * vertex, sums.get() + 3 * vertex);
@@ -130,7 +130,7 @@ HeapArray<float> vertexNormalsOn(const Object3D& mesh) {
     for (; vertex < mesh.numVertices; ++vertex) {
         storeTriple(sums.get(), vertex, vertexNormal(sums.get() + 4 * vertex));
     }
-    return shrinkArray(std::move(sums), 3 * std::int64_t{mesh.numVertices});
+    return sums;
 }
 
 /// Each component is divided by a length that contains the components already divided: no true normalisation, but what
@@ -143,12 +143,12 @@ void normaliseInSequence(float (&n)[3]) {
 
 }  // namespace
 
-HeapArray<float> computeVertexNormals(const Object3D& mesh) {
-    return vertexNormalsOn<Sse2Machine>(mesh);
+HeapArray<float> computeVertexNormals(const Object3D& mesh, HeapArray<float> former) {
+    return vertexNormalsOn<Sse2Machine>(mesh, std::move(former));
 }
 
 HeapArray<float> computeVertexNormalsPortably(const Object3D& mesh) {
-    return vertexNormalsOn<PlainMachine>(mesh);
+    return vertexNormalsOn<PlainMachine>(mesh, nullptr);
 }
 
 void Object3D::updateNormals(bool withVertexNormals) {
@@ -167,8 +167,7 @@ void Object3D::updateNormals(bool withVertexNormals) {
 }
 
 void Object3D::updateVertexNormals() {
-    vertexNormals.reset();
-    vertexNormals = computeVertexNormals(*this);
+    vertexNormals = computeVertexNormals(*this, std::move(vertexNormals));
 }
 
 void Object3D::measureFaces(float* normals) {

@@ -60,6 +60,31 @@ TEST(HeapArrays, ABorrowedArrayIsFreedOnceByItsOwner) {
     borrowed.reset();
 }
 
+TEST(HeapArrays, AFormerArrayIsUsedAgainWhereItHasTheRoom) {
+    HeapArray<float> former = makeFilledArray(100, 3.0F);
+    const float* block = former.get();
+    HeapArray<float> again = makeZeroedArrayFrom(std::move(former), 100);
+    EXPECT_EQ(again.get(), block);
+    EXPECT_EQ(again[0], 0);
+    EXPECT_EQ(again[99], 0);
+    again = shrinkArray(std::move(again), 50);
+    again[49] = 7;
+    const HeapArray<float> larger = makeZeroedArrayFrom(std::move(again), 51);
+    EXPECT_EQ(larger[49], 0);
+    EXPECT_EQ(larger[50], 0);
+}
+
+TEST(HeapArrays, AnAbsentOrABorrowedArrayIsNotUsedAgain) {
+    EXPECT_EQ(makeZeroedArrayFrom<float>(nullptr, 5)[4], 0);
+    const HeapArray<float> owner = makeFilledArray(100, 3.0F);
+    const HeapArray<float> other = makeZeroedArrayFrom(borrowArray(owner), 100);
+    EXPECT_NE(other.get(), owner.get());
+    EXPECT_EQ(owner[99], 3);
+    HeapArray<float> former = makeArray<float>(100);
+    former.reset();
+    EXPECT_NE(makeZeroedArrayFrom(std::move(former), 100), nullptr);
+}
+
 TEST(BlockLists, GiveTheirValuesInOrder) {
     for (const std::int64_t count : {0, 1, 511, 512, 513, 1535, 1536, 1537, 200000}) {
         BlockList<std::int32_t> list;
