@@ -24,32 +24,26 @@ void writeLine(OutputFile& file, std::string_view text) {
     file.write(system::kLineEnd);
 }
 
-char* formatFixed5(char* out, float value) {
-    return formatFixed(out, static_cast<double>(value), 5);
+char* formatFixed5Triple(char* out, const float* values) {
+    for (int i = 0; i < 3; ++i) {
+        *out++ = ' ';
+        out = formatFixed(out, static_cast<double>(values[i]), 5);
+    }
+    return out;
 }
 
-/// Writes a keyword and three numbers.
-template <char* (*formatNumber)(char*, float)>
-void writeTriple(OutputFile& file, std::string_view keyword, const float* triple) {
+/// Writes a keyword and three numbers, each with a blank before it.
+template <auto formatTriple>
+void writeTriple(OutputFile& file, std::string_view keyword, const auto* triple) {
     char* out = file.reserve(4 * kNumberTextSize);
-    out = putText(out, keyword);
-    for (int component = 0; component < 3; ++component) {
-        *out++ = ' ';
-        out = formatNumber(out, triple[component]);
-    }
+    out = formatTriple(putText(out, keyword), triple);
     file.commit(putText(out, system::kLineEnd));
 }
 
 void writeFaces(OutputFile& file, const Object3D& mesh) {
     const std::span<const std::int32_t> corners = mesh.faceSpan();
     for (std::size_t i = 0; i < corners.size(); i += 3) {
-        char* out = file.reserve(kNumberTextSize);
-        *out++ = 'f';
-        for (std::size_t corner = i; corner < i + 3; ++corner) {
-            *out++ = ' ';
-            out = formatInteger(out, std::int64_t{corners[corner]} + 1);
-        }
-        file.commit(putText(out, system::kLineEnd));
+        writeTriple<formatFromOneTriple>(file, "f", &corners[i]);
     }
 }
 
@@ -64,9 +58,9 @@ bool writeWithNormals(OutputFile& file, const Object3D& mesh) {
     }
     const std::span<const float> positions = mesh.vertexSpan();
     for (std::size_t i = 0; i < positions.size(); i += 3) {
-        writeTriple<formatFixed6>(file, "v", &positions[i]);
+        writeTriple<formatFixed6Triple>(file, "v", &positions[i]);
         if (hasNormals) {
-            writeTriple<formatFixed6>(file, "vn", &mesh.vertexNormals[i]);
+            writeTriple<formatFixed6Triple>(file, "vn", &mesh.vertexNormals[i]);
         }
     }
     writeComment(file, mesh.numFaces, " triangles");
@@ -80,7 +74,7 @@ bool WriteObjFile(const Object3D& mesh, const char* path) {
     OutputFile file(path);
     const std::span<const float> positions = mesh.vertexSpan();
     for (std::size_t i = 0; i < positions.size(); i += 3) {
-        writeTriple<formatFixed5>(file, "v", &positions[i]);
+        writeTriple<formatFixed5Triple>(file, "v", &positions[i]);
     }
     writeComment(file, mesh.numVertices, " vertices");
     writeFaces(file, mesh);

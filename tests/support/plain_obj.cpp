@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
@@ -65,6 +66,13 @@ void expectSameArray(const HeapArray<T>& array, std::size_t count, const std::ve
     }
 }
 
+std::string tripleText(const char* keyword, const float* triple) {
+    char line[400];
+    std::snprintf(line, sizeof line, "%s %.6f %.6f %.6f\n", keyword, static_cast<double>(triple[0]),
+                  static_cast<double>(triple[1]), static_cast<double>(triple[2]));
+    return line;
+}
+
 }  // namespace
 
 PlainObj readObjPlainly(const std::string& text) {
@@ -85,6 +93,25 @@ PlainObj readObjPlainly(const std::string& text) {
         }
     }
     return obj;
+}
+
+std::string writeObjPlainly(const Object3D& mesh) {
+    std::string text = "#\n# Obj file created by QN Lib\n#\n";
+    const bool hasNormals = mesh.vertexNormals != nullptr;
+    const std::string count = std::to_string(mesh.numVertices);
+    text += "# " + count + " vertices\n" + (hasNormals ? "# " + count + " normals\n" : "");
+    for (std::size_t i = 0; i < mesh.vertexSpan().size(); i += 3) {
+        text += tripleText("v", &mesh.vertices[i]);
+        text += hasNormals ? tripleText("vn", &mesh.vertexNormals[i]) : "";
+    }
+    text += "# " + std::to_string(mesh.numFaces) + " triangles\n";
+    const std::span<const std::int32_t> corners = mesh.faceSpan();
+    for (std::size_t i = 0; i < corners.size(); i += 3) {
+        char line[100];
+        std::snprintf(line, sizeof line, "f %d %d %d\n", corners[i] + 1, corners[i + 1] + 1, corners[i + 2] + 1);
+        text += line;
+    }
+    return text;
 }
 
 void expectSame(const Object3D& mesh, const PlainObj& plain) {

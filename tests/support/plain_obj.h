@@ -1,4 +1,5 @@
-// Reads OBJ text the way it is defined, token by token, with nothing done for speed: what the reader is compared with.
+// Reads and writes OBJ text the way it is defined, token by token and number by number, with nothing done for speed:
+// what the reader and the writer are compared with.
 #pragma once
 
 #include <cstdint>
@@ -25,6 +26,9 @@ bool hasSameBits(const T* a, const T* b, std::int64_t count) {
 }
 
 PlainObj readObjPlainly(const std::string& text);
+
+/// The text of the writer with normals, every line of it ended by "\n".
+std::string writeObjPlainly(const Object3D& mesh);
 
 /// Fails the test unless the mesh holds what the plain reader found, bit for bit.
 void expectSame(const Object3D& mesh, const PlainObj& plain);

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <bit>
 #include <cmath>
 #include <cstdio>
 #include <limits>
@@ -118,6 +119,21 @@ TEST(NumberFormat, Fixed6IsWhatPrintfGivesForAnyFloat) {
     }
 }
 
+TEST(NumberFormat, Fixed6IsWhatPrintfGivesForEvery997thFloatThatIsCalculatedWith) {
+    constexpr std::uint32_t kSign = 0x80000000;
+    const auto end = std::bit_cast<std::uint32_t>(2147483648.0F);
+    for (std::uint32_t bits = 0; bits <= end; bits += 997) {
+        for (const std::uint32_t sign : {0U, kSign}) {
+            const auto value = std::bit_cast<float>(bits | sign);
+            char got[kNumberTextSize];
+            char expected[kNumberTextSize];
+            *formatFixed6(got, value) = '\0';
+            std::snprintf(expected, sizeof expected, "%.6f", static_cast<double>(value));
+            ASSERT_STREQ(got, expected);
+        }
+    }
+}
+
 TEST(NumberFormat, Fixed6IsWhatPrintfGivesForCoordinates) {
     RandomNumbers numbers;
     for (const float largest : {0.00001F, 0.01F, 1.0F, 300.0F, 50000.0F, 3.0e9F}) {
@@ -135,6 +151,62 @@ TEST(NumberFormat, Fixed6RoundsTiesToTheEvenDigit) {
     for (int i = 1; i < 100001; i += 2) {
         const float tie = static_cast<float>(i) / 128;
         ASSERT_EQ(fixed6(tie), printfFixed(static_cast<double>(tie), 6));
+    }
+}
+
+TEST(NumberFormat, Fixed6IsWhatPrintfGivesAroundEveryThousandth) {
+    for (int i = 0; i < 20000; ++i) {
+        const float middle = static_cast<float>(i) / 1000 + 0.0005F;
+        for (const float value : {std::nextafter(middle, 0.0F), middle, std::nextafter(middle, 100.0F)}) {
+            ASSERT_EQ(fixed6(value), printfFixed(static_cast<double>(value), 6));
+            ASSERT_EQ(fixed6(-value), printfFixed(-static_cast<double>(value), 6));
+        }
+    }
+}
+
+TEST(NumberFormat, Fixed6WorksAroundEveryPowerOfTen) {
+    for (float power = 1; power < 1.0e12F; power *= 10) {
+        for (const float value : {std::nextafter(power, 0.0F), power, std::nextafter(power, 1.0e30F)}) {
+            EXPECT_EQ(fixed6(value), printfFixed(static_cast<double>(value), 6));
+            EXPECT_EQ(fixed6(-value), printfFixed(-static_cast<double>(value), 6));
+        }
+    }
+}
+
+TEST(NumberFormat, TriplesAreThreeNumbersWithABlankBeforeEach) {
+    RandomNumbers numbers;
+    for (int i = 0; i < 50000; ++i) {
+        const float values[] = {numbers.coordinate(2000), i % 7 == 0 ? numbers.anyFloat() : numbers.coordinate(1),
+                                -0.0F};
+        char text[3 * kNumberTextSize];
+        ASSERT_EQ(std::string(text, formatFixed6Triple(text, values)),
+                  " " + fixed6(values[0]) + " " + fixed6(values[1]) + " " + fixed6(values[2]));
+    }
+}
+
+TEST(NumberFormat, IntegersAreWhatPrintfGives) {
+    RandomNumbers numbers;
+    for (int i = 0; i < 400000; ++i) {
+        const auto value = static_cast<std::int64_t>(numbers.below(0xFFFFFFFF) >> i % 32) - (i % 5 == 0 ? 70000 : 0);
+        char text[kNumberTextSize];
+        ASSERT_EQ(std::string(text, formatInteger(text, value)), std::to_string(value));
+    }
+    for (std::int64_t power = 1; power < 10000000000000; power *= 10) {
+        for (const std::int64_t value : {power - 1, power, power + 1, -power}) {
+            char text[kNumberTextSize];
+            EXPECT_EQ(std::string(text, formatInteger(text, value)), std::to_string(value));
+        }
+    }
+}
+
+TEST(NumberFormat, IntegerTriplesAreGreaterByOne) {
+    constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
+    char text[3 * kNumberTextSize];
+    for (const std::int32_t value :
+         {0, 8, 9, 98, 99, 998, 999, 1000, 999998, 999999, 999999998, 999999999, kMost - 1}) {
+        const std::int32_t values[] = {value, -2, kMost};
+        EXPECT_EQ(std::string(text, formatFromOneTriple(text, values)),
+                  " " + std::to_string(value + 1) + " -1 2147483648");
     }
 }
 

@@ -8,6 +8,8 @@
 #include "Vexo_Lib/obj.h"
 #include "support/comma_locale.h"
 #include "support/meshes.h"
+#include "support/plain_obj.h"
+#include "support/random_numbers.h"
 #include "support/test_files.h"
 
 namespace talvek::test {
@@ -129,6 +131,28 @@ TEST_F(ObjWriter, WhatIsReadBackIsTheSameMesh) {
     EXPECT_TRUE(std::ranges::equal(mesh->faceSpan(), sphere->faceSpan()));
     mesh->vertexNormals = copyArray(sphere->vertexNormals.get(), 3 * std::int64_t{sphere->numVertices});
     EXPECT_EQ(withNormals(*mesh), text);
+}
+
+TEST_F(ObjWriter, WritesWhatPrintfGivesForAnyMesh) {
+    RandomNumbers numbers;
+    for (const float largest : {0.001F, 1.0F, 150.0F, 20000.0F, 1.0e12F}) {
+        Object3D mesh;
+        mesh.numVertices = 4000;
+        mesh.numFaces = 5000;
+        mesh.vertices = makeArray<float>(12000);
+        mesh.vertexNormals = makeArray<float>(12000);
+        mesh.vertexIndex = makeArray<std::int32_t>(15000);
+        for (std::size_t i = 0; i < 12000; ++i) {
+            mesh.vertices[i] = numbers.coordinate(largest);
+            mesh.vertexNormals[i] = numbers.coordinate(1);
+        }
+        for (std::size_t i = 0; i < 15000; ++i) {
+            mesh.vertexIndex[i] = static_cast<std::int32_t>(numbers.below(1U << 30) >> numbers.below(30));
+        }
+        EXPECT_EQ(withNormals(mesh), writeObjPlainly(mesh)) << largest;
+        mesh.vertexNormals.reset();
+        EXPECT_EQ(withNormals(mesh), writeObjPlainly(mesh)) << largest;
+    }
 }
 
 TEST_F(ObjWriter, WritesSeveralFilesAtOnce) {
