@@ -36,7 +36,7 @@ void measureCurvature(talvek::Object3D& mesh, bool withRings) {
         if (withRings) {
             collectRings();
         }
-        shapeIndex->compute();
+        shapeIndex->computeMeanAndGaussian();
     });
 }
 

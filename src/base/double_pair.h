@@ -41,6 +41,10 @@ inline DoublePair squareRoot(DoublePair a) {
 inline DoublePair atLeast(DoublePair value, double limit) {
     return _mm_max_pd(_mm_set1_pd(limit), value.both);
 }
+/// Of two numbers.
+inline DoublePair larger(DoublePair a, DoublePair b) {
+    return _mm_max_pd(a.both, b.both);
+}
 inline bool areEqual(DoublePair a, DoublePair b) {
     return _mm_movemask_pd(_mm_cmpeq_pd(a.both, b.both)) == 3;
 }
@@ -65,6 +69,9 @@ inline double squareRoot(double a) {
 }
 inline double atLeast(double value, double limit) {
     return value < limit ? limit : value;
+}
+inline double larger(double a, double b) {
+    return a > b ? a : b;
 }
 inline bool areEqual(double a, double b) {
     return a == b;

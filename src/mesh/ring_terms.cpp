@@ -1,6 +1,6 @@
 #include "mesh/ring_terms.h"
 
-#include <algorithm>
+#include <numeric>
 
 #include "base/double_pair.h"
 #include "base/exact_math.h"
@@ -48,8 +48,7 @@ void RingTerms::reserve(std::size_t triangles) {
             column.resize(size);
         }
     }
-    for (Column* column :
-         {&firstLengths_, &secondLengths_, &doubleAreas_, &firstCotangents_, &secondCotangents_, &angles_}) {
+    for (Column* column : {&doubleAreas_, &firstCotangents_, &secondCotangents_, &innerProducts_, &longestSquares_}) {
         column->resize(size);
     }
     capacity_ = triangles;
@@ -90,17 +89,20 @@ void RingTerms::calculate() {
         // Mostly nothing is lost in these products, and both are the same to the last bit.
         const Lanes firstSize =
             areEqual(firstSquare, secondSquare) ? secondSize : atLeast(squareRoot(firstSquare), kTiny);
+        const Lanes atVertex = dot(fromFirst, fromSecond);
+        const Lanes inFirst = dot(fromFirst, between);
+        const Lanes inSecond = dot(fromSecond, between);
         store(&doubleAreas_[i], secondSize);
-        store(&firstCotangents_[i], dot(fromFirst, between) / firstSize);
-        store(&secondCotangents_[i], dot(fromSecond, between) / secondSize);
-        const Lanes lengths = squareRoot(dot(fromFirst, fromFirst)) * squareRoot(dot(fromSecond, fromSecond));
-        store(&angles_[i], dot(fromFirst, fromSecond) / lengths);
+        store(&firstCotangents_[i], inFirst / firstSize);
+        store(&secondCotangents_[i], inSecond / secondSize);
+        store(&innerProducts_[i], atVertex);
+        store(&longestSquares_[i], larger(larger(atVertex - inFirst, atVertex + inSecond), inSecond - inFirst));
     }
-    exact::arcCosines({angles_.data(), count_});
 }
 
 RingSums RingTerms::sums(std::size_t first, std::size_t ringSize) const {
     RingSums sums;
+    AngleDeficitFinder angles;
     std::size_t before = first + ringSize - 1;
     for (std::size_t i = first; i < first + ringSize; ++i) {
         // At the first neighbour the side between both runs the other way.
@@ -108,10 +110,23 @@ RingSums RingTerms::sums(std::size_t first, std::size_t ringSize) const {
         const Vector3<double> fromFirst = {fromFirst_[0][i], fromFirst_[1][i], fromFirst_[2][i]};
         sums.doubleArea += doubleAreas_[i];
         sums.cotangentWeighted = sums.cotangentWeighted + fromFirst * weight;
-        sums.angle += angles_[i];
+        angles.add(innerProducts_[i], doubleAreas_[i], longestSquares_[i]);
         before = i;
     }
+    sums.deficit = angles.find();
     return sums;
+}
+
+double RingTerms::deficit(std::size_t first, std::size_t ringSize) {
+    angles_.resize(ringSize);
+    for (std::size_t i = 0; i < ringSize; ++i) {
+        const std::size_t at = first + i;
+        const Vector3<double> fromFirst = {fromFirst_[0][at], fromFirst_[1][at], fromFirst_[2][at]};
+        const Vector3<double> fromSecond = {fromSecond_[0][at], fromSecond_[1][at], fromSecond_[2][at]};
+        angles_[i] = innerProducts_[at] / (length(fromFirst) * length(fromSecond));
+    }
+    exact::arcCosines(angles_);
+    return kFullTurn - std::accumulate(angles_.begin(), angles_.end(), 0.0);
 }
 
 }  // namespace talvek

@@ -7,14 +7,16 @@
 #include <span>
 #include <vector>
 
+#include "mesh/angle_deficit.h"
 #include "mesh/vector3.h"
 
 namespace talvek {
 
 struct RingSums {
     double doubleArea = 0;
-    double angle = 0;
     Vector3<double> cotangentWeighted = {0, 0, 0};
+    /// What the angles lack of a full turn lies between these.
+    AngleDeficit deficit;
 };
 
 /// Takes rings until it is full, then sums up each of them. Between two neighbours in a row and the vertex lies a
@@ -29,10 +31,14 @@ class RingTerms {
     bool hasRoomFor(std::size_t ringSize) const { return count_ == 0 || count_ + ringSize <= kTriangles; }
     /// Adds the ring of a vertex, which is not empty. Throws std::bad_alloc.
     void add(const float* positions, std::int32_t vertex, std::span<const std::int32_t> ring);
-    /// Has to be called before the sums are asked for.
+    /// Has to be called before anything is asked for.
     void calculate();
+
     /// The sums of the ring whose first triangle is `first`: counted from 0 through all rings since the last clear.
     RingSums sums(std::size_t first, std::size_t ringSize) const;
+
+    /// What the angles of a ring lack of a full turn, as calculated from the arc cosine of each.
+    double deficit(std::size_t first, std::size_t ringSize);
 
   private:
     static constexpr std::size_t kTriangles = 512;
@@ -47,9 +53,11 @@ class RingTerms {
     std::size_t capacity_ = 0;
     /// From the neighbours to the vertex, and from the second neighbour to the first.
     Vectors fromFirst_, fromSecond_, between_;
-    Column firstLengths_, secondLengths_;
-    /// Twice the area, the cotangents at the neighbours, the angle at the vertex.
-    Column doubleAreas_, firstCotangents_, secondCotangents_, angles_;
+    /// Twice the area, the cotangents at the neighbours, the inner product of the sides at the vertex, the square of
+    /// the longest side.
+    Column doubleAreas_, firstCotangents_, secondCotangents_, innerProducts_, longestSquares_;
+    /// The angles of one ring.
+    Column angles_;
 };
 
 }  // namespace talvek

@@ -17,7 +17,6 @@ using Vector = Vector3<double>;
 // Single-precision values on purpose, in double-precision arithmetic.
 constexpr double kTiny = 1.0e-7F;
 constexpr double kPi = 3.1415927F;
-constexpr double kTwoPi = 6.2831855F;
 
 constexpr std::size_t kSmallestRing = 3;
 
@@ -29,28 +28,36 @@ struct Curvature {
     double gaussian = 0;
 };
 
-/// What a vertex's curvature is made of, before it is known whether it counts.
+double areaOf(const RingSums& sums) {
+    return sums.doubleArea / 6;
+}
+
+double meanOf(const RingSums& sums, const Vector& normal) {
+    return dot(sums.cotangentWeighted, normal) / (4 * length(normal) * areaOf(sums));
+}
+
+/// What a vertex's curvature is made of.
 struct Estimate {
     double mean;
     double gaussian;
-    double discriminant;
-    bool counts;
+
+    double discriminant() const { return mean * mean - gaussian; }
+    /// Written so that an undefined Gaussian curvature counts as none, while an undefined mean curvature shows.
+    bool counts() const { return std::fabs(gaussian) > kTiny && !(discriminant() < 0); }
 };
 
-Estimate estimateOf(const RingSums& sums, const Vector& normal) {
-    const double area = sums.doubleArea / 6;
-    const double mean = dot(sums.cotangentWeighted, normal) / (4 * length(normal) * area);
-    const double gaussian = (kTwoPi - sums.angle) / area;
-    const double discriminant = mean * mean - gaussian;
-    // Written so that an undefined Gaussian curvature counts as none, while an undefined mean curvature shows.
-    return {mean, gaussian, discriminant, std::fabs(gaussian) > kTiny && !(discriminant < 0)};
+/// Whether everything between two Gaussian curvatures gives the same result as either, in single precision.
+bool areAlike(const Estimate& a, const Estimate& b) {
+    const bool isOnOneSide =
+        (a.gaussian > kTiny) == (b.gaussian > kTiny) && (a.gaussian < -kTiny) == (b.gaussian < -kTiny);
+    return isOnOneSide && a.counts() == b.counts() && static_cast<float>(a.gaussian) == static_cast<float>(b.gaussian);
 }
 
 Curvature curvatureOf(const Estimate& estimate) {
-    if (!estimate.counts) {
+    if (!estimate.counts()) {
         return {};
     }
-    const double root = std::sqrt(estimate.discriminant);
+    const double root = std::sqrt(estimate.discriminant());
     const double minimum = estimate.mean - root;
     const double maximum = estimate.mean + root;
     const double shapeIndex = 0.5 - exact::arcTangent2(minimum + maximum, maximum - minimum) / kPi;
@@ -82,6 +89,28 @@ Vector normalOf(const Object3D& mesh, std::size_t vertex) {
     return tripleAt<double>(mesh.vertexNormals.get(), static_cast<std::int64_t>(vertex));
 }
 
+/// The calculated terms of a vertex's ring.
+struct Ring {
+    RingTerms& terms;
+    std::size_t first;
+    std::size_t size;
+};
+
+Estimate estimateOf(const Object3D& mesh, std::size_t vertex, const Ring& ring) {
+    const RingSums sums = ring.terms.sums(ring.first, ring.size);
+    return {meanOf(sums, normalOf(mesh, vertex)), ring.terms.deficit(ring.first, ring.size) / areaOf(sums)};
+}
+
+/// An estimate that gives the same in single precision. Half the work, unless the bounds of the angles leave it open.
+Estimate roundedEstimateOf(const Object3D& mesh, std::size_t vertex, const Ring& ring) {
+    const RingSums sums = ring.terms.sums(ring.first, ring.size);
+    const double mean = meanOf(sums, normalOf(mesh, vertex));
+    const double area = areaOf(sums);
+    const Estimate low = {mean, sums.deficit.low / area};
+    const Estimate high = {mean, sums.deficit.high / area};
+    return areAlike(low, high) ? low : Estimate{mean, ring.terms.deficit(ring.first, ring.size) / area};
+}
+
 }  // namespace
 
 void requireCurvableMesh(const Object3D* mesh) {
@@ -109,25 +138,27 @@ ShapeIndex::ShapeIndex(Object3D* mesh, History history) : mesh_(mesh), history_(
 void ShapeIndex::compute() {
     constexpr float kListedWithoutRing = 1.0F;
     resetCurvature(*mesh_, mesh_->numVertices);
-    forEachVertex([&](std::size_t vertex, const RingSums* sums) {
-        const Curvature curvature =
-            sums != nullptr ? curvatureOf(estimateOf(*sums, normalOf(*mesh_, vertex))) : Curvature{};
-        storeCurvature(*mesh_, vertex, curvature);
+    forEachVertex([&](std::size_t vertex, const Ring& ring) {
+        const bool hasRing = ring.size >= kSmallestRing;
+        storeCurvature(*mesh_, vertex, hasRing ? curvatureOf(estimateOf(*mesh_, vertex, ring)) : Curvature{});
         if (history_ == History::kKept) {
-            shapeIndexList_.push_back(sums != nullptr ? mesh_->shapeIndex[vertex] : kListedWithoutRing);
+            shapeIndexList_.push_back(hasRing ? mesh_->shapeIndex[vertex] : kListedWithoutRing);
         }
     });
 }
 
-void ShapeIndex::computeMeanOnly() {
+void ShapeIndex::computeMeanAndGaussian() {
     resetArray(mesh_->meanCurvature, mesh_->numVertices);
-    forEachVertex([&](std::size_t vertex, const RingSums* sums) {
-        const Estimate estimate = sums != nullptr ? estimateOf(*sums, normalOf(*mesh_, vertex)) : Estimate{};
-        mesh_->meanCurvature[vertex] = static_cast<float>(estimate.counts ? estimate.mean : 0.0);
+    resetArray(mesh_->gaussianCurvature, mesh_->numVertices);
+    forEachVertex([&](std::size_t vertex, const Ring& ring) {
+        const Estimate estimate = ring.size >= kSmallestRing ? roundedEstimateOf(*mesh_, vertex, ring) : Estimate{};
+        const bool counts = estimate.counts();
+        mesh_->meanCurvature[vertex] = static_cast<float>(counts ? estimate.mean : 0);
+        mesh_->gaussianCurvature[vertex] = static_cast<float>(counts ? estimate.gaussian : 0);
     });
 }
 
-/// Gives each vertex and the sums over its ring, null for a ring that is too small, to `use`.
+/// Gives each vertex and its ring to `use`.
 template <typename Use>
 void ShapeIndex::forEachVertex(Use use) const {
     RingTerms terms;
@@ -135,14 +166,9 @@ void ShapeIndex::forEachVertex(Use use) const {
         const std::int32_t end = addRings(terms, vertex);
         terms.calculate();
         for (std::size_t triangle = 0; vertex < end; ++vertex) {
-            const std::size_t ringSize = rings_.ring(vertex).size();
-            if (ringSize < kSmallestRing) {
-                use(static_cast<std::size_t>(vertex), nullptr);
-            } else {
-                const RingSums sums = terms.sums(triangle, ringSize);
-                use(static_cast<std::size_t>(vertex), &sums);
-                triangle += ringSize;
-            }
+            const std::size_t size = rings_.ring(vertex).size();
+            use(static_cast<std::size_t>(vertex), Ring{terms, triangle, size});
+            triangle += size >= kSmallestRing ? size : 0;
         }
     }
 }

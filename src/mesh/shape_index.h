@@ -31,8 +31,8 @@ class ShapeIndex {
     /// of 0, even where it is curved in one direction. Throws std::bad_alloc.
     void compute();
 
-    /// Replaces the mean curvature alone, by what compute would put there. Throws std::bad_alloc.
-    void computeMeanOnly();
+    /// Replaces the mean and the Gaussian curvature alone, by what compute would put there. Throws std::bad_alloc.
+    void computeMeanAndGaussian();
 
     /// The shape indices of all computations so far, V from each: empty when the history is forgotten. Vertices with
     /// fewer than three neighbours stand here with 1.

@@ -65,7 +65,7 @@ void moveRandomly(Object3D& surface, float mean, float sigma) {
 }
 
 void moveByCurvature(Object3D& surface, ShapeIndex& shapeIndex, float smooth) {
-    shapeIndex.computeMeanOnly();
+    shapeIndex.computeMeanAndGaussian();
     for (std::int32_t vertex = 0; vertex < surface.numVertices; ++vertex) {
         moveVertex(surface, vertex, surface.meanCurvature[static_cast<std::size_t>(vertex)] * smooth);
     }

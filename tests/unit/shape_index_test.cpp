@@ -72,8 +72,10 @@ void expectPlainCurvature(Object3D& mesh, const std::string& where) {
     expectSameBits(mesh.meanCurvature, expected.mean, where + ": mean");
     expectSameBits(mesh.gaussianCurvature, expected.gaussian, where + ": Gaussian");
     mesh.meanCurvature.reset();
-    shapeIndex.computeMeanOnly();
+    mesh.gaussianCurvature.reset();
+    shapeIndex.computeMeanAndGaussian();
     expectSameBits(mesh.meanCurvature, expected.mean, where + ": mean alone");
+    expectSameBits(mesh.gaussianCurvature, expected.gaussian, where + ": Gaussian alone");
 }
 
 void expectNoCurvature(const Object3D& mesh, std::size_t vertex) {
