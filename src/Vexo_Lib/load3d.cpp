@@ -83,7 +83,7 @@ std::unique_ptr<Object3D> LoadMeshFile(const char* path) try {
     return nullptr;
 }
 
-std::unique_ptr<Object3D> LoadBareMesh(const char* path) try {
+std::unique_ptr<Object3D> loadBareMesh(const char* path) try {
     std::unique_ptr<Object3D> mesh = readChecked(path);
     if (mesh != nullptr) {
         mesh->faceNormals.reset();

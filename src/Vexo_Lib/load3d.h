@@ -15,6 +15,6 @@ std::unique_ptr<Object3D> LoadMeshFile(const char* path);
 
 /// The same without what can be computed from the rest and without what no run reads: no normals, no mean edge length,
 /// no colours, no name, no largest coordinate.
-std::unique_ptr<Object3D> LoadBareMesh(const char* path);
+std::unique_ptr<Object3D> loadBareMesh(const char* path);
 
 }  // namespace talvek

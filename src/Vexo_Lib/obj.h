@@ -23,6 +23,6 @@ bool WriteObjFile(const Object3D& mesh, const char* path);
 bool WriteObjFileWithNormals(const Object3D& mesh, const char* path);
 
 /// The same for several files at once, each of which comes to be complete or not by itself. Returns whether all are.
-bool WriteObjFilesWithNormals(const Object3D& mesh, std::span<const std::string> paths);
+bool writeObjFilesWithNormals(const Object3D& mesh, std::span<const std::string> paths);
 
 }  // namespace talvek

@@ -87,7 +87,7 @@ bool WriteObjFileWithNormals(const Object3D& mesh, const char* path) {
     return writeWithNormals(file, mesh);
 }
 
-bool WriteObjFilesWithNormals(const Object3D& mesh, std::span<const std::string> paths) {
+bool writeObjFilesWithNormals(const Object3D& mesh, std::span<const std::string> paths) {
     OutputFile file(paths);
     return writeWithNormals(file, mesh);
 }

@@ -18,7 +18,7 @@ namespace talvek {
 namespace {
 
 std::unique_ptr<Object3D> loadFrame(std::uint32_t frame) {
-    return LoadBareMesh(frameFileName(session().fileName, frame).c_str());
+    return loadBareMesh(frameFileName(session().fileName, frame).c_str());
 }
 
 /// Writes the triple of every corner, in face order.

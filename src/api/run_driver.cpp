@@ -94,7 +94,7 @@ void reportMaterial(const MaterialRecord& m) {
 
 /// The mesh of the session with no more than the mode reads; null when it does not load.
 std::unique_ptr<Object3D> loadMesh(const OperatingMode& mode) {
-    std::unique_ptr<Object3D> mesh = LoadBareMesh(session().fileName);
+    std::unique_ptr<Object3D> mesh = loadBareMesh(session().fileName);
     if (mesh != nullptr && !mode.readsTexture) {
         mesh->texels.reset();
         mesh->texelIndex.reset();

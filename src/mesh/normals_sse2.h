@@ -6,6 +6,7 @@
 #define TALVEK_HAS_SSE2_NORMALS
 #include <emmintrin.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 
@@ -87,7 +88,7 @@ inline void unitNormalsOfFour(const float* vertices, const std::int32_t* corners
     const __m128 size = lengths(n);
     const __m128 one = _mm_set1_ps(1.0F);
     const FourRows result(n / select(_mm_cmple_ps(size, _mm_set1_ps(shortest)), one, size), one);
-    for (int i = 0; i < 4; ++i) {
+    for (std::size_t i = 0; i < 4; ++i) {
         _mm_store_ps(out + 4 * i, result.rows[i]);
     }
 }
@@ -111,7 +112,7 @@ inline void vertexNormalsOfFour(const float* sums, float* out) {
     const FourRows result({withOneNan(_mm_andnot_ps(hasNone, unit.x)), withOneNan(_mm_andnot_ps(hasNone, unit.y)),
                            withOneNan(_mm_andnot_ps(hasNone, unit.z))},
                           zero);
-    for (int i = 0; i < 4; ++i) {
+    for (std::size_t i = 0; i < 4; ++i) {
         storeTriple(out + 3 * i, result.rows[i]);
     }
 }

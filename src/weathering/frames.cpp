@@ -15,7 +15,7 @@ using Paths = std::vector<std::string>;
 
 void writeSurface(const Object3D& surface, const Paths& paths) {
     // A frame that could not be written is absent, and that is how a host learns of it.
-    static_cast<void>(WriteObjFilesWithNormals(surface, paths));
+    static_cast<void>(writeObjFilesWithNormals(surface, paths));
 }
 
 /// The frame of an epoch, twice under the results flag.

@@ -45,7 +45,7 @@ TEST_F(Load, FinishesTheMesh) {
 
 TEST_F(Load, ABareMeshIsTheSameMeshUnfinished) {
     const auto whole = load("a.obj", "v 0 -3 0\nv 2 0 0\nv 0 1 0.5\nvt 0.25 0.5\nf 1/1 2/1 3/1\n");
-    const std::unique_ptr<Object3D> bare = LoadBareMesh(path_.c_str());
+    const std::unique_ptr<Object3D> bare = loadBareMesh(path_.c_str());
     ASSERT_NE(bare, nullptr);
     EXPECT_TRUE(std::ranges::equal(bare->vertexSpan(), whole->vertexSpan()));
     EXPECT_TRUE(std::ranges::equal(bare->faceSpan(), whole->faceSpan()));
@@ -62,10 +62,10 @@ TEST_F(Load, ABareMeshIsRefusedAsAnyOther) {
     EXPECT_EQ(load("a.obj", "v 0 -3 0\nv 2 0 0\nf 1 2 3\n"), nullptr);
     const std::string reportOfWhole = report_;
     ::testing::internal::CaptureStderr();
-    EXPECT_EQ(LoadBareMesh(path_.c_str()), nullptr);
+    EXPECT_EQ(loadBareMesh(path_.c_str()), nullptr);
     EXPECT_EQ(::testing::internal::GetCapturedStderr(), reportOfWhole);
-    EXPECT_EQ(LoadBareMesh(folder_.file("absent.obj").c_str()), nullptr);
-    EXPECT_EQ(LoadBareMesh(folder_.file("a.txt").c_str()), nullptr);
+    EXPECT_EQ(loadBareMesh(folder_.file("absent.obj").c_str()), nullptr);
+    EXPECT_EQ(loadBareMesh(folder_.file("a.txt").c_str()), nullptr);
 }
 
 TEST_F(Load, KnowsExtensionsInLowerOrUpperCase) {

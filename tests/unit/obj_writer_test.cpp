@@ -160,12 +160,12 @@ TEST_F(ObjWriter, WritesSeveralFilesAtOnce) {
     sphere->updateNormals(true);
     const std::string text = withNormals(*sphere);
     const std::vector<std::string> paths = {folder_.file("b.obj"), folder_.file("c.obj"), folder_.file("b.obj")};
-    EXPECT_TRUE(WriteObjFilesWithNormals(*sphere, paths));
+    EXPECT_TRUE(writeObjFilesWithNormals(*sphere, paths));
     EXPECT_EQ(folder_.listing(), "a.obj b.obj c.obj");
     EXPECT_EQ(readText(paths[0]), text);
     EXPECT_EQ(readText(paths[1]), text);
     const std::vector<std::string> oneAbsent = {folder_.file("absent/d.obj"), folder_.file("d.obj")};
-    EXPECT_FALSE(WriteObjFilesWithNormals(*sphere, oneAbsent));
+    EXPECT_FALSE(writeObjFilesWithNormals(*sphere, oneAbsent));
     EXPECT_EQ(readText(oneAbsent[1]), text);
 }
 
