@@ -31,8 +31,8 @@ class AngleGauge {
         const float sign = dot(c, normal_) > 0 ? -1.0F : 1.0F;
         const float angle = exact::arcTangent2f(length(c), dot(direction, reference_));
         const float degrees = (angle * sign + kTwoPi) * 180.0F / kPi;
-        // Below two full turns this is the remainder: nothing is lost in the difference. Without a branch, because every
-        // other angle would mispredict it.
+        // Below two full turns this is the remainder: nothing is lost in the difference. Without a branch, because
+        // every other angle would mispredict it.
         return degrees - (degrees >= 360.0F ? 360.0F : 0.0F);
     }
 
