@@ -41,7 +41,7 @@ std::uint32_t daysUntilFrame(std::int32_t frame) {
 
 std::int32_t countFrameTriangles(std::uint32_t frame) {
     const std::unique_ptr<Object3D> mesh = loadFrame(frame);
-    return mesh != nullptr && mesh->vertices != nullptr ? mesh->numFaces : 0;
+    return mesh != nullptr ? mesh->numFaces : 0;
 }
 
 std::int32_t readFrameGeometry(std::uint32_t frame, float* vertices, float* normals) {

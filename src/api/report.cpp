@@ -6,8 +6,8 @@
 
 namespace talvek {
 
-bool writeText(system::File& file, std::string_view text) {
-    if constexpr (system::kLineEnd == "\n") {
+bool writeText(system::File& file, std::string_view text, std::string_view lineEnd) {
+    if (lineEnd == "\n") {
         return file.write(text.data(), text.size());
     }
     while (!text.empty()) {
@@ -17,7 +17,7 @@ bool writeText(system::File& file, std::string_view text) {
         }
         text.remove_prefix(line);
         if (!text.empty()) {
-            if (!file.write(system::kLineEnd.data(), system::kLineEnd.size())) {
+            if (!file.write(lineEnd.data(), lineEnd.size())) {
                 return false;
             }
             text.remove_prefix(1);

@@ -14,6 +14,6 @@ namespace talvek {
 void report(std::string_view format, std::initializer_list<MessageArgument> arguments = {});
 
 /// Writes text to a text file, with the platform's line ends. Returns false when it could not be written.
-bool writeText(system::File& file, std::string_view text);
+bool writeText(system::File& file, std::string_view text, std::string_view lineEnd = system::kLineEnd);
 
 }  // namespace talvek

@@ -155,14 +155,11 @@ std::string_view tryRun(std::int32_t& result) noexcept {
 std::int32_t runGuarded() noexcept {
     const std::int32_t statusBefore = session().status.load(std::memory_order_relaxed);
     std::int32_t result = TALVEK_OK;
-    std::string_view failure = tryRun(result);
+    const std::string_view failure = tryRun(result);
     if (failure.empty()) {
         return result;
     }
     session().status.store(statusBefore, std::memory_order_relaxed);
-    if (failure.ends_with('\n')) {
-        failure.remove_suffix(1);
-    }
     return abortRun(TALVEK_ERROR_MESH, failure);
 }
 

@@ -23,7 +23,7 @@ class InputFile {
         while (got < size) {
             const std::int64_t piece = file_.read(static_cast<char*>(to) + got, size - got);
             if (piece <= 0) {
-                hasFailed_ = hasFailed_ || piece < 0;
+                hasFailed_ |= piece < 0;
                 break;
             }
             got += static_cast<std::size_t>(piece);

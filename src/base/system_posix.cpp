@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -87,7 +88,7 @@ File File::createNew(const char* path) {
 std::int64_t File::read(void* to, std::size_t size) {
     ssize_t got = -1;
     do {
-        got = ::read(descriptorOf(handle_), to, size < kLargestTransfer ? size : kLargestTransfer);
+        got = ::read(descriptorOf(handle_), to, std::min(size, kLargestTransfer));
     } while (got < 0 && errno == EINTR);
     return got;
 }
@@ -95,7 +96,7 @@ std::int64_t File::read(void* to, std::size_t size) {
 bool File::write(const void* from, std::size_t size) {
     const char* rest = static_cast<const char*>(from);
     while (size > 0) {
-        const ssize_t written = ::write(descriptorOf(handle_), rest, size < kLargestTransfer ? size : kLargestTransfer);
+        const ssize_t written = ::write(descriptorOf(handle_), rest, std::min(size, kLargestTransfer));
         if (written < 0 && errno == EINTR) {
             continue;
         }
@@ -162,9 +163,9 @@ bool isWritable(const char* path) {
 
 void copyPermissions(const char* from, const char* to) {
     struct stat status {};
-    if (::stat(from, &status) == 0 && ::chmod(to, status.st_mode & 07777) != 0) {
-        // The new file then has the permissions of any new file, which is no reason to lose its content.
-        return;
+    if (::stat(from, &status) == 0) {
+        // Where that fails the new file has the permissions of any new one, which is no reason to lose its content.
+        static_cast<void>(::chmod(to, status.st_mode & 07777));
     }
 }
 

@@ -15,7 +15,7 @@ bool canBeginNumber(char c) {
 
 bool TextScanner::refill() {
     const std::size_t unread = end_ - begin_;
-    if (atEnd_ || unread == kBufferSize) {
+    if (atEnd_) {
         return false;
     }
     std::memmove(buffer_.get() + kMargin, buffer_.get() + begin_, unread);

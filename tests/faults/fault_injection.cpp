@@ -57,8 +57,8 @@ bool deniesMemory() {
 }  // namespace
 
 std::string faultName(Fault fault) {
-    constexpr const char* kNames[] = {"none",  "allocation",  "memory", "read",  "short read", "open",
-                                      "write", "short write", "close",  "flush", "rename"};
+    constexpr const char* kNames[] = {"none", "allocation", "memory",      "read",  "short read", "interruption",
+                                      "open", "write",      "short write", "close", "flush",      "rename"};
     return kNames[static_cast<std::size_t>(fault)];
 }
 
@@ -120,6 +120,10 @@ int __wrap_open(const char* path, int flags, ...) {
     const auto mode = static_cast<mode_t>((flags & O_CREAT) != 0 ? va_arg(arguments, int) : 0);
     va_end(arguments);
     const bool isWatched = faults::isBelowFolder(path);
+    if (isWatched && faults::strikes(Fault::kInterruption)) {
+        errno = EINTR;
+        return -1;
+    }
     if (isWatched && faults::strikes(Fault::kOpen)) {
         errno = EMFILE;
         return -1;
@@ -133,6 +137,10 @@ int __wrap_open(const char* path, int flags, ...) {
 
 ssize_t __wrap_read(int descriptor, void* to, std::size_t size) {
     if (faults::watches(descriptor)) {
+        if (faults::strikes(Fault::kInterruption)) {
+            errno = EINTR;
+            return -1;
+        }
         if (faults::strikes(Fault::kRead)) {
             errno = EIO;
             return -1;
@@ -146,6 +154,10 @@ ssize_t __wrap_read(int descriptor, void* to, std::size_t size) {
 
 ssize_t __wrap_write(int descriptor, const void* from, std::size_t size) {
     if (faults::watches(descriptor)) {
+        if (faults::strikes(Fault::kInterruption)) {
+            errno = EINTR;
+            return -1;
+        }
         if (faults::strikes(Fault::kWrite) || faults::lasts(Fault::kShortWrite)) {
             errno = ENOSPC;
             return -1;

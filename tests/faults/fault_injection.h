@@ -17,6 +17,8 @@ enum class Fault : std::uint8_t {
     kRead,
     /// A read that delivers half of what was asked for; the rest comes with the next one.
     kShortRead,
+    /// An open, read or write that a signal interrupts; the next attempt succeeds.
+    kInterruption,
     /// open.
     kOpen,
     /// A write that fails without writing anything, as on a full disk.

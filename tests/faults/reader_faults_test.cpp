@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "Vexo_Lib/load3d.h"
+#include "base/input_file.h"
 #include "faults/scenario.h"
 #include "support/bitmaps.h"
 #include "support/mesh_file_writers.h"
@@ -92,7 +93,7 @@ class ReaderFaults : public ::testing::TestWithParam<SmallFile> {
 
     void expectNoticed(Fault fault, const std::string& result, const std::string& where) const {
         const bool isSilent = path_.ends_with(".bmp") || path_.ends_with(".obj");
-        if (fault == Fault::kShortRead) {
+        if (isHarmless(fault)) {
             EXPECT_EQ(result, whole_) << where << " was not made up for";
         } else if (fault == Fault::kRead) {
             EXPECT_EQ(result, "") << where << " was overlooked";
@@ -123,6 +124,20 @@ TEST_P(ReaderFaults, GiveTheWholeOrNothing) {
     }
     std::cout << GetParam().name << ": " << injections << " faults injected\n";
     EXPECT_GE(injections, 8);
+}
+
+TEST(InputFileFaults, AFailureIsNotForgotten) {
+    const TempFolder folder{folderInMemory()};
+    const std::string path = folder.file("text");
+    writeFile(path, "text");
+    armFault(Fault::kRead, 1, folder.path());
+    InputFile file(path.c_str());
+    char bytes[8];
+    EXPECT_EQ(file.read(bytes, sizeof bytes), 0);
+    EXPECT_TRUE(file.hasFailed());
+    EXPECT_EQ(file.read(bytes, sizeof bytes), 4);
+    EXPECT_TRUE(file.hasFailed());
+    EXPECT_TRUE(disarmFault());
 }
 
 /// The small files, text that does not fit a reader's buffer, and bitmaps of both kinds.

@@ -180,5 +180,14 @@ TEST(BlockLists, KeepTheirValuesWhenTheArrayCannotBeMade) {
     EXPECT_EQ(list.takeArray()[0], 1.5);
 }
 
+TEST(BlockLists, RefuseMoreRecordsThanAMeshCanCount) {
+    BlockList<char> list;
+    list.room(1);
+    // Says so without writing them.
+    list.advance(std::size_t{1} << 33);
+    EXPECT_THROW(list.recordCount(3), std::bad_alloc);
+    EXPECT_EQ(list.recordCount(1 << 10), 1 << 23);
+}
+
 }  // namespace
 }  // namespace talvek::test

@@ -178,6 +178,18 @@ TEST(ErrorReport, TheWorkingDirectoryIsTold) {
     EXPECT_EQ(CurrentDirectory(), std::filesystem::current_path().string());
 }
 
+#ifndef _WIN32
+TEST(ErrorReport, AWorkingDirectoryThatIsGoneHasNoName) {
+    const std::filesystem::path before = std::filesystem::current_path();
+    const TempFolder folder;
+    std::filesystem::create_directory(folder.file("gone"));
+    std::filesystem::current_path(folder.file("gone"));
+    std::filesystem::remove(folder.file("gone"));
+    EXPECT_EQ(CurrentDirectory(), "");
+    std::filesystem::current_path(before);
+}
+#endif
+
 TEST(ErrorReport, GoesToStandardErrorAlone) {
     ::testing::internal::CaptureStdout();
     ::testing::internal::CaptureStderr();

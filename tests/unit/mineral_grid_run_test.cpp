@@ -144,5 +144,16 @@ TEST_F(MineralGridRun, ResamplesAfterEveryEpoch) {
     EXPECT_NEAR(second, 2 * first, 1e-4);
 }
 
+TEST(MineralGrid, NeedsNoArrayOfVertices) {
+    StoneRun run(*texturedPlane());
+    run.mode = TALVEK_MODE_QEMSCAN;
+    run.model = TALVEK_MODEL_ACID_RAIN;
+    ASSERT_EQ(run.start(), TALVEK_OK);
+    ::testing::internal::CaptureStdout();
+    runMineralGrid(Object3D());
+    ::testing::internal::GetCapturedStdout();
+    EXPECT_EQ(run.frame(1)->numVertices, 0);
+}
+
 }  // namespace
 }  // namespace talvek::test

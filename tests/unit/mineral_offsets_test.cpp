@@ -145,5 +145,17 @@ TEST(MineralOffsets, FindTheColumnInSinglePrecision) {
     EXPECT_LT(lost, 100);
 }
 
+TEST(MineralOffsets, NeedTexelsAndTheirIndex) {
+    const auto mesh = makeTexturedCorners({0.1F, 0.5F, 0.4F, 0.5F, 0.6F, 0.5F});
+    EXPECT_TRUE(hasTexture(*mesh));
+    mesh->numTexels = 0;
+    EXPECT_FALSE(hasTexture(*mesh));
+    mesh->numTexels = 3;
+    mesh->texelIndex.reset();
+    EXPECT_FALSE(hasTexture(*mesh));
+    mesh->texels.reset();
+    EXPECT_FALSE(hasTexture(*mesh));
+}
+
 }  // namespace
 }  // namespace talvek::test

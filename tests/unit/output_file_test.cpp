@@ -245,6 +245,11 @@ TEST_F(Output, AFullDeviceDoesNotKeepAFileFromBeingFinished) {
     EXPECT_EQ(readFile(path_), text + "last");
 }
 
+TEST_F(Output, LeavesADeviceAloneThatItDoesNotFinish) {
+    OutputFile("/dev/null").write("text");
+    EXPECT_TRUE(fs::is_character_file("/dev/null"));
+}
+
 TEST_F(Output, TellsThatADeviceIsFull) {
     EXPECT_FALSE(writeWhole("/dev/full", "text"));
     EXPECT_FALSE(writeWhole("/dev/full", std::string(1000000, 'x')));
@@ -264,6 +269,20 @@ TEST_F(Output, WritesDirectlyToADevice) {
     EXPECT_TRUE(writeWhole("NUL", "text"));
 }
 #endif
+
+TEST_F(Output, LargePiecesAreNotLostWithoutAWord) {
+    const std::string large(600000, 'x');
+    OutputFile nowhere(folder_.file("missing/out.obj").c_str());
+    nowhere.write(large);
+    nowhere.write(large);
+    EXPECT_FALSE(nowhere.finish());
+    OutputFile file(path_.c_str());
+    file.write("small");
+    file.write(large);
+    file.write(large);
+    EXPECT_TRUE(file.finish());
+    EXPECT_EQ(readFile(path_), "small" + large + large);
+}
 
 }  // namespace
 }  // namespace talvek::test

@@ -201,5 +201,12 @@ TEST_F(Sas, ReportsAFileThatCannotBeCreated) {
     expectReportBlock(reports.lines(), "sas.cpp", "Cannot create " + path);
 }
 
+TEST_F(Sas, ADamagedFileIsNotReadAsALegacyOne) {
+    writeFile(path_, sasHeader(7777, -1, 4));
+    CaughtReports reports;
+    EXPECT_EQ(ReadLegacySasFile(path_.c_str()), nullptr);
+    expectReportBlock(reports.lines(), "sas.cpp", "damaged file " + path_);
+}
+
 }  // namespace
 }  // namespace talvek::test

@@ -265,5 +265,16 @@ TEST_F(WrlReader, DoesNotSplitLongTokens) {
     EXPECT_EQ(positionsOf("[ 1" + std::string(300, '0') + "e-300 2 3 ]"), (Floats{1, 2, 3}));
 }
 
+// A report is about 200 characters long.
+TEST_F(WrlReader, MakesThousandsOfReportsInTheirOrder) {
+    std::string text = kFourPoints;
+    for (int i = 0; i < 2000; ++i) {
+        text += i % 2 == 0 ? "Coordinate [ 0 0 0 ]\n" : "Color [ 0 0 0 ]\n";
+    }
+    read(text + kTriangle);
+    ASSERT_EQ(reports_.size(), 3 * 2000 + 5);
+    EXPECT_NE(reports_[2].find("Number of vertices"), std::string::npos);
+}
+
 }  // namespace
 }  // namespace talvek::test
