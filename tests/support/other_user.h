@@ -31,7 +31,7 @@ bool holdsUnder(Restriction restriction, Work work) {
             ::_exit(3);
         }
         const bool holds = work();
-        if (__llvm_profile_write_file != nullptr) {
+        if (restriction == Restriction::kNoPrivileges && __llvm_profile_write_file != nullptr) {
             __llvm_profile_write_file();
         }
         ::_exit(holds ? 0 : 1);
