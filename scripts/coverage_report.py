@@ -1,10 +1,12 @@
 #!/usr/bin/env python3
-"""Adds up what clang's coverage says of src/: coverage_report.py [--branches] FILE.lcov LINES BRANCHES
+"""Adds up what clang's coverage says of src/: coverage_report.py [--branches] FILE.lcov FILE.json LINES BRANCHES
 
-Prints the shares of each file that is not reached as a whole, and what is not reached of it. Lines in
+Lines come from the first file, branches from the second, which tells the instances of a template apart: a branch is
+reached when one of them reaches it. Prints the shares of each file that is not reached as a whole, and what is not reached of it. Lines in
 scripts/lines-not-reached.txt do not count. Exit status 1 below the shares that are given.
 """
 import collections
+import json
 import pathlib
 import re
 import sys
@@ -12,24 +14,35 @@ import sys
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 
 
-def read_counts(path):
-    """For every source file: from a line to its count, and from a branch to its count."""
+def name_of(path):
+    """The name of a source file below the root, or None for one that does not count."""
+    resolved = pathlib.Path(path).resolve()
+    return str(resolved.relative_to(ROOT)) if resolved.is_relative_to(ROOT / "src") else None
+
+
+def read_lines(path):
+    """For every source file, from a line to its count."""
     lines = collections.defaultdict(dict)
-    branches = collections.defaultdict(dict)
     name = None
     for row in pathlib.Path(path).read_text().splitlines():
         kind, _, rest = row.partition(":")
         if kind == "SF":
-            resolved = pathlib.Path(rest).resolve()
-            name = str(resolved.relative_to(ROOT)) if resolved.is_relative_to(ROOT / "src") else None
+            name = name_of(rest)
         elif name and kind == "DA":
             number, count = (int(value) for value in rest.split(",")[:2])
             lines[name][number] = max(count, lines[name].get(number, 0))
-        elif name and kind == "BRDA":
-            number, block, branch, taken = rest.split(",")
-            key = int(number), block, branch
-            branches[name][key] = max(0 if taken == "-" else int(taken), branches[name].get(key, 0))
-    return lines, branches
+    return lines
+
+
+def read_branches(path):
+    """For every source file, from line, column and outcome to the count."""
+    branches = collections.defaultdict(collections.Counter)
+    for file in json.loads(pathlib.Path(path).read_text())["data"][0]["files"]:
+        name = name_of(file["filename"])
+        for line, column, _, _, taken, not_taken, *_ in file["branches"] if name else []:
+            branches[name][line, column, True] += taken
+            branches[name][line, column, False] += not_taken
+    return branches
 
 
 def read_exceptions():
@@ -50,7 +63,8 @@ def share(reached, total):
 
 def main():
     arguments = [argument for argument in sys.argv[1:] if argument != "--branches"]
-    lines, branches = read_counts(arguments[0])
+    lines = read_lines(arguments[0])
+    branches = read_branches(arguments[1])
     exceptions = read_exceptions()
     totals = collections.Counter()
     for name in sorted(lines):
@@ -71,7 +85,7 @@ def main():
     line_share = share(totals["lines"] - totals["missed"], totals["lines"])
     branch_share = share(totals["branches"] - totals["missed_branches"], totals["branches"])
     print(f"{line_share:.2f} % of {totals['lines']} lines, {branch_share:.2f} % of {totals['branches']} branches")
-    if not totals["lines"] or line_share < float(arguments[1]) or branch_share < float(arguments[2]):
+    if not totals["lines"] or line_share < float(arguments[2]) or branch_share < float(arguments[3]):
         sys.exit(1)
 
 
