@@ -105,6 +105,7 @@ void* __wrap_calloc(std::size_t count, std::size_t size) {
     return block;
 }
 
+/// The library gives memory back with it, so that the number of blocks stays the same.
 void* __wrap_realloc(void* block, std::size_t size) {
     return faults::deniesMemory() ? nullptr : __real_realloc(block, size);
 }
