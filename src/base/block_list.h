@@ -101,11 +101,7 @@ class BlockList {
     static constexpr std::size_t kLargestBlock = 65536;
 
     void addBlock() {
-        std::unique_ptr<Block> block = last_ == nullptr ? makeFirstBlock() : nullptr;
-        if (block == nullptr) {
-            block = makeBlock(last_ == nullptr ? kSmallestBlock
-                                               : std::clamp(last_->capacity * 2, kSmallestBlock, kLargestBlock));
-        }
+        std::unique_ptr<Block> block = makeNextBlock();
         Block* added = block.get();
         (last_ == nullptr ? first_ : last_->next) = std::move(block);
         last_ = added;
@@ -116,12 +112,15 @@ class BlockList {
         return std::unique_ptr<Block>(new Block{.values = std::move(values), .capacity = capacity, .next = nullptr});
     }
 
-    /// Null where what is expected is not worth a block of its own or too much to ask for.
-    std::unique_ptr<Block> makeFirstBlock() {
+    std::unique_ptr<Block> makeNextBlock() {
+        if (last_ != nullptr) {
+            return makeBlock(std::clamp(last_->capacity * 2, kSmallestBlock, kLargestBlock));
+        }
         try {
-            return expected_ > kSmallestBlock ? makeBlock(expected_) : nullptr;
+            return makeBlock(std::max(expected_, kSmallestBlock));
         } catch (const std::bad_alloc&) {
-            return nullptr;
+            // What is expected may be too much to ask for.
+            return makeBlock(kSmallestBlock);
         }
     }
 
