@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 
+#include "base/not_a_number.h"
 #include "mesh/object3d.h"
 
 namespace talvek {
@@ -23,7 +24,7 @@ inline void moveVertex(Object3D& mesh, std::int32_t vertex, float distance) {
     float* position = mesh.vertices.get() + 3 * std::int64_t{vertex};
     const float* normal = mesh.vertexNormals.get() + 3 * std::int64_t{vertex};
     for (int k = 0; k < 3; ++k) {
-        position[k] = position[k] + distance * normal[k];
+        position[k] = withOneNan(position[k] + distance * normal[k]);
     }
 }
 
