@@ -60,7 +60,7 @@ bool readPlainLines(TextScanner& scanner, ObjRecords& records) {
 
 void readRecords(TextScanner& scanner, ObjRecords& records) {
     // What is not plain seldom stands alone, and looking for plain lines in vain takes as long as a general record.
-    constexpr int kGeneralInARow = 4;
+    constexpr int kGeneralInARow = 8;
     std::string_view token;
     for (;;) {
         const int numGeneral = readPlainLines(scanner, records) ? 1 : kGeneralInARow;
