@@ -20,6 +20,8 @@ namespace {
 constexpr UINT kKilledCode = 0xC000013A;
 // Exit codes from here on are the system's exception codes.
 constexpr DWORD kFirstExceptionCode = 0xC0000000;
+// How often a start is tried that the system itself gives up.
+constexpr int kMaxStarts = 5;
 
 std::atomic<HANDLE> cancellableChild = nullptr;
 std::atomic<bool> isCancelRequested = false;
@@ -83,6 +85,22 @@ HANDLE makeJob() {
     return job;
 }
 
+/// Starts a suspended process. Wine now and then loses a new process before its first instruction and reports an
+/// internal error; as nothing has run by then, it is started again.
+bool startSuspended(const std::string& program, std::string commandLine, STARTUPINFOA& startup,
+                    PROCESS_INFORMATION& started) {
+    for (int i = 0; i < kMaxStarts; ++i) {
+        if (::CreateProcessA(program.c_str(), commandLine.data(), nullptr, nullptr, TRUE,
+                             CREATE_SUSPENDED | CREATE_NEW_PROCESS_GROUP, nullptr, nullptr, &startup, &started) != 0) {
+            return true;
+        }
+        if (::GetLastError() != ERROR_INTERNAL_ERROR) {
+            return false;
+        }
+    }
+    return false;
+}
+
 }  // namespace
 
 std::string ChildEnd::describe() const {
@@ -108,12 +126,12 @@ ChildProcess::ChildProcess(const std::vector<std::string>& command, ChildErrors 
     startup.hStdOutput = writingEnd;
     startup.hStdError = errors == ChildErrors::kWithOutput ? writingEnd : ::GetStdHandle(STD_ERROR_HANDLE);
     PROCESS_INFORMATION started{};
-    const BOOL isStarted =
-        ::CreateProcessA(command[0].c_str(), commandLine.data(), nullptr, nullptr, TRUE,
-                         CREATE_SUSPENDED | CREATE_NEW_PROCESS_GROUP, nullptr, nullptr, &startup, &started);
+    const bool isStarted = startSuspended(command[0], commandLine, startup, started);
+    const DWORD startError = ::GetLastError();
     ::CloseHandle(writingEnd);
-    if (isStarted == 0) {
+    if (!isStarted) {
         closeOutput();
+        ::SetLastError(startError);
         fail("cannot start " + command[0]);
     }
     const HANDLE job = makeJob();
