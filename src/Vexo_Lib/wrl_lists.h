@@ -9,7 +9,7 @@
 namespace talvek {
 
 /// What separates tokens. Brackets, braces, quotes and "#" are ordinary characters.
-inline constexpr SeparatorSet kWrlSeparators = separatorSet(std::string_view(" ,\t\0\n\r=", 7));
+inline constexpr CharacterSet kWrlSeparators{std::string_view(" ,\t\0\n\r=", 7)};
 
 /// Passes over tokens up to a lone "[". False when the file ends before.
 bool openWrlList(TextScanner& scanner);

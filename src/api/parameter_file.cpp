@@ -17,7 +17,7 @@ namespace talvek {
 namespace {
 
 // Lines are what the scanner calls tokens; empty ones say nothing anyway.
-constexpr SeparatorSet kLineSeparators = separatorSet("\n");
+constexpr CharacterSet kLineSeparators{"\n"};
 
 struct Statement {
     std::string_view key;

@@ -7,9 +7,7 @@ namespace talvek {
 
 namespace {
 
-bool canBeginNumber(char c) {
-    return (c >= '0' && c <= '9') || std::string_view("+-.iInN").find(c) != std::string_view::npos;
-}
+constexpr CharacterSet kNumberStarts{"0123456789+-.iInN"};
 
 }  // namespace
 
@@ -87,7 +85,7 @@ bool TextScanner::nextToken(std::string_view& token) {
 void TextScanner::readFloat(float& value) {
     skipCutToken();
     // Most of what is no number shows it at once.
-    if (skipWhile(true) && canBeginNumber(buffer_[begin_])) {
+    if (skipWhile(true) && kNumberStarts.contains(buffer_[begin_])) {
         consume(parseFloat(peekToken(), value));
     }
 }

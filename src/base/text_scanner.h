@@ -12,19 +12,22 @@
 
 namespace talvek {
 
-/// For every character whether it stands between tokens.
-using SeparatorSet = std::array<bool, 256>;
-
-constexpr SeparatorSet separatorSet(std::string_view separators) {
-    SeparatorSet set{};
-    for (const char c : separators) {
-        set[static_cast<unsigned char>(c)] = true;
+/// For every character whether it belongs.
+class CharacterSet {
+  public:
+    constexpr explicit CharacterSet(std::string_view characters) {
+        for (const char c : characters) {
+            belongs_[static_cast<unsigned char>(c)] = true;
+        }
     }
-    return set;
-}
+    constexpr bool contains(char c) const { return belongs_[static_cast<unsigned char>(c)]; }
+
+  private:
+    std::array<bool, 256> belongs_{};
+};
 
 /// The C locale's white space, which separates what "%s" reads.
-inline constexpr SeparatorSet kBlankSeparators = separatorSet(" \t\n\v\f\r");
+inline constexpr CharacterSet kBlankSeparators{" \t\n\v\f\r"};
 
 class TextScanner {
   public:
@@ -34,7 +37,7 @@ class TextScanner {
     static constexpr std::size_t kMargin = 16;
 
     /// Throws std::bad_alloc when there is no memory for the buffer.
-    TextScanner(InputFile& file, const SeparatorSet& separators)
+    TextScanner(InputFile& file, const CharacterSet& separators)
         : file_(file), separators_(separators), buffer_(makeArray<char>(kMargin + kBufferSize)) {
         std::memset(buffer_.get(), 0, kMargin);
     }
@@ -55,7 +58,7 @@ class TextScanner {
   private:
     static constexpr std::size_t kBufferSize = 262144;
 
-    bool isSeparator(char c) const { return separators_[static_cast<unsigned char>(c)]; }
+    bool isSeparator(char c) const { return separators_.contains(c); }
     /// Finds the token that comes next and brings it, cut to kLongestToken, into the buffer whole. Empty at the end of
     /// the file.
     std::string_view peekToken();
@@ -68,7 +71,7 @@ class TextScanner {
     bool refill();
 
     InputFile& file_;
-    const SeparatorSet& separators_;
+    const CharacterSet& separators_;
     HeapArray<char> buffer_;
     std::size_t begin_ = kMargin;
     std::size_t end_ = kMargin;

@@ -15,7 +15,7 @@ constexpr std::size_t kPiece = 262144;
 
 class Scanner : public ::testing::Test {
   protected:
-    std::vector<std::string> tokensOf(std::string_view content, const SeparatorSet& separators = kBlankSeparators) {
+    std::vector<std::string> tokensOf(std::string_view content, const CharacterSet& separators = kBlankSeparators) {
         writeFile(path_, content);
         InputFile file(path_.c_str());
         TextScanner scanner(file, separators);
@@ -75,7 +75,7 @@ TEST_F(Scanner, TakesBytesOutsideAsciiAsText) {
 }
 
 TEST_F(Scanner, KnowsOtherSeparators) {
-    EXPECT_EQ(tokensOf("a b\n\nc\r\n", separatorSet("\n")), (Words{"a b", "c\r"}));
+    EXPECT_EQ(tokensOf("a b\n\nc\r\n", CharacterSet("\n")), (Words{"a b", "c\r"}));
 }
 
 TEST_F(Scanner, KeepsATokenWholeWhereverThePieceEnds) {
