@@ -6,9 +6,8 @@
 #include <vector>
 
 #ifdef _WIN32
-#define WIN32_LEAN_AND_MEAN
-#include <windows.h>
-// After windows.h.
+#include "support/windows_api.h"
+// After the header above.
 #include <psapi.h>
 #else
 #include <unistd.h>

@@ -1,8 +1,7 @@
 #include "interface/host_library.h"
 
 #ifdef _WIN32
-#define WIN32_LEAN_AND_MEAN
-#include <windows.h>
+#include "support/windows_api.h"
 #else
 #include <dlfcn.h>
 #endif

@@ -3,8 +3,7 @@
 #include <gtest/gtest.h>
 
 #ifdef _WIN32
-#define WIN32_LEAN_AND_MEAN
-#include <windows.h>
+#include "support/windows_api.h"
 #else
 #include <pthread.h>
 #endif
