@@ -29,7 +29,9 @@ std::int64_t numValues(const FimImage& image) {
 }
 
 void moveToOrigin(const FimImage& image, Object3D& mesh) {
-    if (image.width < 1 || image.height < 1) {
+    const std::span<float> positions = mesh.vertexSpan();
+    // The image may have no pixel at all.
+    if (positions.empty()) {
         return;
     }
     constexpr double kSmallestOffset = 0.0001;
@@ -40,7 +42,6 @@ void moveToOrigin(const FimImage& image, Object3D& mesh) {
     if (!isMoved) {
         return;
     }
-    const std::span<float> positions = mesh.vertexSpan();
     for (std::size_t i = 0; i < positions.size(); ++i) {
         positions[i] += offset[i % 3];
     }

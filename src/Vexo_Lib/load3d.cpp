@@ -89,7 +89,6 @@ std::unique_ptr<Object3D> loadBareMesh(const char* path) try {
         mesh->faceNormals.reset();
         mesh->faceColours.reset();
         mesh->vertexColours.reset();
-        mesh->vertexWeights.reset();
     }
     return mesh;
 } catch (const std::bad_alloc&) {

@@ -27,9 +27,7 @@ void OutputFile::writeToAll(const void* bytes, std::size_t size) {
 }
 
 void OutputFile::flush() {
-    if (used_ > 0) {
-        writeToAll(buffer_.get(), used_);
-    }
+    writeToAll(buffer_.get(), used_);
     used_ = 0;
 }
 

@@ -24,8 +24,9 @@ class PixelSlot {
     }
 
   private:
+    // Black, which stands for no mineral.
     float pixel_[3] = {};
-    float factor_ = mineralFactor(mineralClassOf(0, 0, 0));
+    float factor_ = 0;
 };
 
 /// The place of a column or row of the grid in the map: a pixel, and how far on the way to the next.

@@ -22,14 +22,14 @@ float normalThird(float u, float squares) {
 }
 
 double gaussianOffset(double mean, double sigma) {
-    float u = 0;
-    float squares = 0;
-    do {
-        u = drawCoordinate();
+    for (;;) {
+        const float u = drawCoordinate();
         const float v = drawCoordinate();
-        squares = u * u + v * v;
-    } while (squares >= 1.0F);
-    return static_cast<double>(normalThird(u, squares)) * sigma + mean;
+        const float squares = u * u + v * v;
+        if (squares < 1.0F) {
+            return static_cast<double>(normalThird(u, squares)) * sigma + mean;
+        }
+    }
 }
 
 }  // namespace talvek
