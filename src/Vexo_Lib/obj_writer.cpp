@@ -1,4 +1,7 @@
+#include <algorithm>
+
 #include "Vexo_Lib/obj.h"
+#include "base/number_group.h"
 #include "base/number_text.h"
 #include "base/output_file.h"
 
@@ -24,27 +27,103 @@ void writeLine(OutputFile& file, std::string_view text) {
     file.write(system::kLineEnd);
 }
 
-char* formatFixed5Triple(char* out, const float* values) {
-    for (int i = 0; i < 3; ++i) {
-        *out++ = ' ';
-        out = formatFixed(out, static_cast<double>(values[i]), 5);
+char* formatFixed5(char* out, float value) {
+    return formatFixed(out, static_cast<double>(value), 5);
+}
+
+char* formatFromOne(char* out, std::int32_t value) {
+    return formatInteger(out, std::int64_t{value} + 1);
+}
+
+/// Writes a keyword and three numbers. `putNumber(out, i)` writes the i-th and a blank.
+template <typename PutNumber>
+char* putLine(char* out, std::string_view keyword, PutNumber putNumber) {
+    out = putText(out, keyword);
+    for (std::size_t i = 0; i < 3; ++i) {
+        out = putNumber(out, i);
+    }
+    return putText(out - 1, system::kLineEnd);
+}
+
+template <auto format>
+char* putEachAlone(char* out, std::string_view keyword, const auto* numbers) {
+    return putLine(out, keyword, [numbers](char* at, std::size_t i) {
+        at = format(at, numbers[i]);
+        *at = ' ';
+        return at + 1;
+    });
+}
+
+/// Writes the `line`-th three numbers of a group.
+template <auto put>
+char* putFromGroup(char* out, std::string_view keyword, const NumberGroup& group, std::size_t line) {
+    return putLine(out, keyword, [&group, line](char* at, std::size_t i) { return put(at, group, 3 * line + i); });
+}
+
+constexpr std::size_t kLinesPerGroup = NumberGroup::kSize / 3;
+
+/// Writes the lines of up to kLinesPerGroup vertices. `normals` may be null.
+char* putVertices(char* out, const float* positions, const float* normals, std::size_t count) {
+    NumberGroup positionGroup;
+    NumberGroup normalGroup;
+    if (count == kLinesPerGroup && takeApart(positions, positionGroup) &&
+        (normals == nullptr || takeApart(normals, normalGroup))) {
+        for (std::size_t i = 0; i < kLinesPerGroup; ++i) {
+            out = putFromGroup<putCoordinate>(out, "v ", positionGroup, i);
+            if (normals != nullptr) {
+                out = putFromGroup<putCoordinate>(out, "vn ", normalGroup, i);
+            }
+        }
+        return out;
+    }
+    for (std::size_t i = 0; i < 3 * count; i += 3) {
+        out = putEachAlone<formatFixed6>(out, "v ", positions + i);
+        if (normals != nullptr) {
+            out = putEachAlone<formatFixed6>(out, "vn ", normals + i);
+        }
     }
     return out;
 }
 
-/// Writes a keyword and three numbers, each with a blank before it.
-template <auto formatTriple>
-void writeTriple(OutputFile& file, std::string_view keyword, const auto* triple) {
-    char* out = file.reserve(4 * kNumberTextSize);
-    out = formatTriple(putText(out, keyword), triple);
-    file.commit(putText(out, system::kLineEnd));
+/// Writes the lines of up to kLinesPerGroup faces.
+char* putFaces(char* out, const std::int32_t* corners, std::size_t count) {
+    NumberGroup group;
+    if (count == kLinesPerGroup && takeApart(corners, group)) {
+        for (std::size_t i = 0; i < kLinesPerGroup; ++i) {
+            out = putFromGroup<putIndex>(out, "f ", group, i);
+        }
+        return out;
+    }
+    for (std::size_t i = 0; i < 3 * count; i += 3) {
+        out = putEachAlone<formatFromOne>(out, "f ", corners + i);
+    }
+    return out;
+}
+
+/// Writes `count` lines or pairs of lines. `putGroup(out, first, some)` writes up to kLinesPerGroup of them.
+template <typename PutGroup>
+void writeGroups(OutputFile& file, std::size_t count, PutGroup putGroup) {
+    constexpr std::size_t kRoom = (2 * NumberGroup::kSize + 1) * kNumberTextSize;
+    static_assert(kRoom <= OutputFile::kLargestReservation);
+    for (std::size_t i = 0; i < count; i += kLinesPerGroup) {
+        file.commit(putGroup(file.reserve(kRoom), i, std::min(kLinesPerGroup, count - i)));
+    }
 }
 
 void writeFaces(OutputFile& file, const Object3D& mesh) {
     const std::span<const std::int32_t> corners = mesh.faceSpan();
-    for (std::size_t i = 0; i < corners.size(); i += 3) {
-        writeTriple<formatFromOneTriple>(file, "f", &corners[i]);
-    }
+    writeGroups(file, corners.size() / 3, [corners](char* out, std::size_t first, std::size_t count) {
+        return putFaces(out, corners.data() + 3 * first, count);
+    });
+}
+
+void writeVertices(OutputFile& file, const Object3D& mesh) {
+    const std::span<const float> positions = mesh.vertexSpan();
+    const float* normals = mesh.vertexNormals.get();
+    writeGroups(file, positions.size() / 3, [positions, normals](char* out, std::size_t first, std::size_t count) {
+        return putVertices(out, positions.data() + 3 * first, normals != nullptr ? normals + 3 * first : nullptr,
+                           count);
+    });
 }
 
 bool writeWithNormals(OutputFile& file, const Object3D& mesh) {
@@ -56,13 +135,7 @@ bool writeWithNormals(OutputFile& file, const Object3D& mesh) {
     if (hasNormals) {
         writeComment(file, mesh.numVertices, " normals");
     }
-    const std::span<const float> positions = mesh.vertexSpan();
-    for (std::size_t i = 0; i < positions.size(); i += 3) {
-        writeTriple<formatFixed6Triple>(file, "v", &positions[i]);
-        if (hasNormals) {
-            writeTriple<formatFixed6Triple>(file, "vn", &mesh.vertexNormals[i]);
-        }
-    }
+    writeVertices(file, mesh);
     writeComment(file, mesh.numFaces, " triangles");
     writeFaces(file, mesh);
     return file.finish();
@@ -74,7 +147,7 @@ bool WriteObjFile(const Object3D& mesh, const char* path) {
     OutputFile file(path);
     const std::span<const float> positions = mesh.vertexSpan();
     for (std::size_t i = 0; i < positions.size(); i += 3) {
-        writeTriple<formatFixed5Triple>(file, "v", &positions[i]);
+        file.commit(putEachAlone<formatFixed5>(file.reserve(4 * kNumberTextSize), "v ", &positions[i]));
     }
     writeComment(file, mesh.numVertices, " vertices");
     writeFaces(file, mesh);

@@ -1,73 +1,39 @@
 #include "base/number_text.h"
 
 #include <algorithm>
-#include <array>
-#include <bit>
 #include <charconv>
 #include <cmath>
 #include <cstring>
 #include <limits>
 
+#include "base/number_group.h"
+
 namespace talvek {
 
 namespace {
 
-/// The texts of the numbers below 1000, four characters each. All four are copied; what follows overwrites those that
-/// are too many.
-struct SmallNumbers {
-    std::array<char, 4000> threeDigits{};
-    /// Without the zeros in front, but with a point behind.
-    std::array<char, 4000> shortest{};
-    std::array<std::uint8_t, 1000> lengthOfShortest{};
-};
-
-constexpr SmallNumbers kSmallNumbers = [] {
-    SmallNumbers texts;
-    for (std::size_t i = 0; i < 1000; ++i) {
-        const char digits[] = {static_cast<char>('0' + i / 100), static_cast<char>('0' + i / 10 % 10),
-                               static_cast<char>('0' + i % 10), '.'};
-        const std::size_t zeros = i < 10 ? 2 : i < 100 ? 1 : 0;
-        for (std::size_t k = 0; k < 4; ++k) {
-            texts.threeDigits[4 * i + k] = digits[k];
-            texts.shortest[4 * i + k] = digits[std::min<std::size_t>(k + zeros, 3)];
-        }
-        texts.lengthOfShortest[i] = static_cast<std::uint8_t>(3 - zeros);
-    }
-    return texts;
-}();
-
-/// Three digits of a number below 1000.
-char* putThreeDigits(char* out, std::uint32_t value) {
-    std::memcpy(out, &kSmallNumbers.threeDigits[std::size_t{4} * value], 4);
-    return out + 3;
+/// A number below kNumNumberStarts, without a point.
+char* putShortInteger(char* out, std::uint32_t value) {
+    return putNumberStart(out, value) - 1;
 }
 
-/// The same without the zeros in front. A point stands behind what is returned.
-char* putUpToThreeDigits(char* out, std::uint32_t value) {
-    std::memcpy(out, &kSmallNumbers.shortest[std::size_t{4} * value], 4);
-    return out + kSmallNumbers.lengthOfShortest[value];
-}
-
-constexpr std::uint32_t kTenToThe9 = 1000000000;
-
-/// A number below 10^9.
-char* putUpToNineDigits(char* out, std::uint32_t value) {
-    if (value < 1000) {
-        return putUpToThreeDigits(out, value);
+/// A number below 10^6 times kNumNumberStarts.
+char* putLongInteger(char* out, std::uint32_t value) {
+    if (value < kNumNumberStarts) {
+        return putShortInteger(out, value);
     }
     const std::uint32_t thousands = value / 1000;
-    if (thousands < 1000) {
-        out = putUpToThreeDigits(out, thousands);
+    if (thousands < kNumNumberStarts) {
+        out = putShortInteger(out, thousands);
     } else {
-        out = putUpToThreeDigits(out, thousands / 1000);
-        out = putThreeDigits(out, thousands % 1000);
+        out = putThreeDigits(putShortInteger(out, thousands / 1000), thousands % 1000);
     }
     return putThreeDigits(out, value % 1000);
 }
 
 char* putInteger(char* out, std::int64_t value) {
-    if (value >= 0 && value < kTenToThe9) {
-        return putUpToNineDigits(out, static_cast<std::uint32_t>(value));
+    if (value >= 0 && value < std::int64_t{kNumNumberStarts} * 1000000) {
+        return putLongInteger(out, static_cast<std::uint32_t>(value));
     }
     return std::to_chars(out, out + kNumberTextSize, value).ptr;
 }
@@ -82,31 +48,6 @@ char* putNotFinite(char* out, double value) {
         *out++ = '-';
     }
     return putText(out, std::isnan(value) ? "nan" : "inf");
-}
-
-char* putFixed6(char* out, float value) {
-    // A float has 24 significant bits and 10^6 has 14 beside its powers of two, so the product is exact; adding 2^52
-    // rounds it to the nearest integer, ties to even, which is how printf rounds, and leaves it in the lowest bits.
-    constexpr float kLargest = 2147483648.0F;
-    constexpr double kRounder = 4503599627370496.0;
-    const float magnitude = std::fabs(value);
-    if (!(magnitude < kLargest)) {
-        return formatFixed(out, static_cast<double>(value), 6);
-    }
-    const double rounded = static_cast<double>(magnitude) * 1e6 + kRounder;
-    const std::uint64_t scaled = std::bit_cast<std::uint64_t>(rounded) - std::bit_cast<std::uint64_t>(kRounder);
-    const std::uint64_t whole = scaled / 1000000;
-    const auto fraction = static_cast<std::uint32_t>(scaled - whole * 1000000);
-    *out = '-';
-    out += std::signbit(value) ? 1 : 0;
-    if (whole < 1000) {
-        out = putUpToThreeDigits(out, static_cast<std::uint32_t>(whole)) + 1;
-    } else {
-        out = putInteger(out, static_cast<std::int64_t>(whole));
-        *out++ = '.';
-    }
-    out = putThreeDigits(out, fraction / 1000);
-    return putThreeDigits(out, fraction % 1000);
 }
 
 bool isDigit(char c) {
@@ -181,15 +122,17 @@ char* formatFixed(char* out, double value, int decimals) {
 }
 
 char* formatFixed6(char* out, float value) {
-    return putFixed6(out, value);
-}
-
-char* formatFixed6Triple(char* out, const float* values) {
-    for (int i = 0; i < 3; ++i) {
-        *out++ = ' ';
-        out = putFixed6(out, values[i]);
+    const float magnitude = std::fabs(value);
+    if (!(magnitude < kMillionthsLimit)) {
+        return formatFixed(out, static_cast<double>(value), 6);
     }
-    return out;
+    const std::uint64_t scaled = millionths(magnitude);
+    const std::uint64_t whole = scaled / 1000000;
+    const auto fraction = static_cast<std::uint32_t>(scaled - whole * 1000000);
+    *out = '-';
+    out = putInteger(out + (std::signbit(value) ? 1 : 0), static_cast<std::int64_t>(whole));
+    *out++ = '.';
+    return putThreeDigits(putThreeDigits(out, fraction / 1000), fraction % 1000);
 }
 
 char* formatGeneral(char* out, double value) {
@@ -202,14 +145,6 @@ char* formatGeneral(char* out, double value) {
 
 char* formatInteger(char* out, std::int64_t value) {
     return putInteger(out, value);
-}
-
-char* formatFromOneTriple(char* out, const std::int32_t* values) {
-    for (int i = 0; i < 3; ++i) {
-        *out++ = ' ';
-        out = putInteger(out, std::int64_t{values[i]} + 1);
-    }
-    return out;
 }
 
 std::size_t parseFloat(std::string_view text, float& value) {

@@ -15,20 +15,14 @@ inline constexpr std::size_t kNumberTextSize = 400;
 /// characters. Returns the end of the text, which is not terminated.
 char* formatFixed(char* out, double value, int decimals);
 
-/// The same text as formatFixed(out, value, 6), faster: for the coordinates of a frame.
+/// The same text as formatFixed(out, value, 6), faster. For twelve coordinates there is number_group.h.
 char* formatFixed6(char* out, float value);
-
-/// Writes three values, a blank before each, as formatFixed6 does. `out` has room for three numbers.
-char* formatFixed6Triple(char* out, const float* values);
 
 /// Writes a value as printf's "%g" does: 6 significant digits, exponents of at least two digits.
 char* formatGeneral(char* out, double value);
 
 /// Writes an integer in decimal.
 char* formatInteger(char* out, std::int64_t value);
-
-/// Writes three integers, each greater by one than its value, a blank before each. `out` has room for three numbers.
-char* formatFromOneTriple(char* out, const std::int32_t* values);
 
 /// Reads the number at the start of a text as strtof does in the C locale, except that leading blanks are no part of
 /// it: decimal and hexadecimal notation, "inf", "nan", one rounding to single precision. Returns the number of

@@ -33,6 +33,11 @@ std::string general(double value) {
     return {text, formatGeneral(text, value)};
 }
 
+std::string integer(std::int64_t value) {
+    char text[kNumberTextSize];
+    return {text, formatInteger(text, value)};
+}
+
 std::string printfFixed(double value, int decimals) {
     char text[kNumberTextSize];
     return {text, static_cast<std::size_t>(std::snprintf(text, sizeof text, "%.*f", decimals, value))};
@@ -173,40 +178,25 @@ TEST(NumberFormat, Fixed6WorksAroundEveryPowerOfTen) {
     }
 }
 
-TEST(NumberFormat, TriplesAreThreeNumbersWithABlankBeforeEach) {
-    RandomNumbers numbers;
-    for (int i = 0; i < 50000; ++i) {
-        const float values[] = {numbers.coordinate(2000), i % 7 == 0 ? numbers.anyFloat() : numbers.coordinate(1),
-                                -0.0F};
-        char text[3 * kNumberTextSize];
-        ASSERT_EQ(std::string(text, formatFixed6Triple(text, values)),
-                  " " + fixed6(values[0]) + " " + fixed6(values[1]) + " " + fixed6(values[2]));
-    }
-}
-
 TEST(NumberFormat, IntegersAreWhatPrintfGives) {
     RandomNumbers numbers;
     for (int i = 0; i < 400000; ++i) {
         const auto value = static_cast<std::int64_t>(numbers.below(0xFFFFFFFF) >> i % 32) - (i % 5 == 0 ? 70000 : 0);
-        char text[kNumberTextSize];
-        ASSERT_EQ(std::string(text, formatInteger(text, value)), std::to_string(value));
+        ASSERT_EQ(integer(value), std::to_string(value));
     }
     for (std::int64_t power = 1; power < 10000000000000; power *= 10) {
         for (const std::int64_t value : {power - 1, power, power + 1, -power}) {
-            char text[kNumberTextSize];
-            EXPECT_EQ(std::string(text, formatInteger(text, value)), std::to_string(value));
+            EXPECT_EQ(integer(value), std::to_string(value));
         }
     }
 }
 
-TEST(NumberFormat, IntegerTriplesAreGreaterByOne) {
-    constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
-    char text[3 * kNumberTextSize];
-    for (const std::int32_t value :
-         {0, 8, 9, 98, 99, 998, 999, 1000, 999998, 999999, 999999998, 999999999, kMost - 1}) {
-        const std::int32_t values[] = {value, -2, kMost};
-        EXPECT_EQ(std::string(text, formatFromOneTriple(text, values)),
-                  " " + std::to_string(value + 1) + " -1 2147483648");
+TEST(NumberFormat, IntegersAreWhatPrintfGivesWhereTheNumberOfPiecesChanges) {
+    for (const std::int64_t value : {999, 1000, 4095, 4096, 999999, 1000000, 4095999, 4096000, 999999999, 1000000000}) {
+        EXPECT_EQ(integer(value), std::to_string(value));
+    }
+    for (const std::int64_t value : {4095999999, 4096000000, 4294967295, 4294967296}) {
+        EXPECT_EQ(integer(value), std::to_string(value));
     }
 }
 
@@ -262,10 +252,6 @@ TEST(NumberFormat, GeneralHasSixDigitsAndNoZerosBehind) {
 }
 
 TEST(NumberFormat, IntegersHaveNoLimitButTheirType) {
-    const auto integer = [](std::int64_t value) {
-        char text[kNumberTextSize];
-        return std::string(text, formatInteger(text, value));
-    };
     EXPECT_EQ(integer(0), "0");
     EXPECT_EQ(integer(-1), "-1");
     EXPECT_EQ(integer(2147483648), "2147483648");

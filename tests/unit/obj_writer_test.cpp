@@ -155,6 +155,41 @@ TEST_F(ObjWriter, WritesWhatPrintfGivesForAnyMesh) {
     }
 }
 
+TEST_F(ObjWriter, WritesWhatPrintfGivesForAnyNumberOfLines) {
+    RandomNumbers numbers;
+    for (std::int32_t count = 1; count < 14; ++count) {
+        Object3D mesh;
+        mesh.numVertices = count;
+        mesh.numFaces = count + 1;
+        mesh.vertices = makeFilledArray(3 * std::int64_t{count}, numbers.coordinate(200));
+        mesh.vertexNormals = makeFilledArray(3 * std::int64_t{count}, numbers.coordinate(1));
+        mesh.vertexIndex = makeArray<std::int32_t>(3 * (std::int64_t{count} + 1));
+        for (std::size_t i = 0; i < mesh.faceSpan().size(); ++i) {
+            mesh.vertexIndex[i] = static_cast<std::int32_t>(1000 + numbers.below(4000000));
+        }
+        mesh.vertexSpan().back() = numbers.coordinate(4000);
+        EXPECT_EQ(withNormals(mesh), writeObjPlainly(mesh)) << count;
+        mesh.vertexNormals.reset();
+        EXPECT_EQ(withNormals(mesh), writeObjPlainly(mesh)) << count;
+    }
+}
+
+TEST_F(ObjWriter, WritesWhatPrintfGivesAroundANumberThatIsUnlikeTheOthers) {
+    for (const float odd : {-4096.0F, 1.0e10F, std::nextafter(1.0F, 0.0F)}) {
+        for (std::size_t at = 0; at < 36; ++at) {
+            Object3D mesh;
+            mesh.numVertices = 12;
+            mesh.numFaces = 12;
+            mesh.vertices = makeFilledArray(36, -1.5F);
+            mesh.vertexNormals = makeFilledArray(36, 0.25F);
+            mesh.vertexIndex = makeFilledArray<std::int32_t>(36, 123456);
+            (at % 2 == 0 ? mesh.vertices : mesh.vertexNormals)[at] = odd;
+            mesh.vertexIndex[at] = odd < 0 ? 7 : 987654321;
+            ASSERT_EQ(withNormals(mesh), writeObjPlainly(mesh)) << odd << " at " << at;
+        }
+    }
+}
+
 TEST_F(ObjWriter, WritesSeveralFilesAtOnce) {
     const auto sphere = makeSphere(25, 3);
     sphere->updateNormals(true);
