@@ -1,5 +1,6 @@
 #include "mesh/ring_terms.h"
 
+#include <algorithm>
 #include <numeric>
 
 #include "base/double_pair.h"
@@ -32,10 +33,6 @@ void storeAt(std::array<std::vector<double>, 3>& vectors, std::size_t i, const V
 
 }  // namespace
 
-RingTerms::RingTerms() {
-    reserve(kTriangles);
-}
-
 void RingTerms::clear() {
     count_ = 0;
 }
@@ -56,7 +53,7 @@ void RingTerms::reserve(std::size_t triangles) {
 
 void RingTerms::add(const float* positions, std::int32_t vertex, std::span<const std::int32_t> ring) {
     if (count_ + ring.size() > capacity_) {
-        reserve(count_ + ring.size());
+        reserve(std::max(kTriangles, count_ + ring.size()));
     }
     const Vector3<double> p = tripleAt<double>(positions, vertex);
     const Vector3<double> first = tripleAt<double>(positions, ring.front());

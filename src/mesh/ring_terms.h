@@ -24,9 +24,6 @@ struct RingSums {
 /// ring. Half the time of ring by ring and term by term.
 class RingTerms {
   public:
-    /// Throws std::bad_alloc.
-    RingTerms();
-
     void clear();
     bool hasRoomFor(std::size_t ringSize) const { return count_ == 0 || count_ + ringSize <= kTriangles; }
     /// Adds the ring of a vertex, which is not empty. Throws std::bad_alloc.
