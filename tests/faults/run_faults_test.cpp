@@ -75,6 +75,48 @@ TEST(RunFaultsTogether, AreAtLeastThreeThousand) {
     EXPECT_GE(total, 3000);
 }
 
+/// Runs one epoch on a small plane while the n-th operation of a kind fails. Returns whether there was an n-th.
+bool runOnce(const TempFolder& folder, std::int32_t mode, std::int32_t model, bool saveResults, Fault fault,
+             std::int64_t n) {
+    writeFile(folder.file("stone.obj"), objText(*makePlane(2)));
+    talvekSetTimeSpan(1, 365);
+    talvekSetMode(mode);
+    talvekSetModel(model);
+    talvekSetResults(saveResults ? 1 : 0);
+    talvekSetFileName(folder.file("stone.obj").c_str());
+    talvekInit();
+    ::testing::internal::CaptureStdout();
+    armFault(fault, n, folder.path());
+    talvekStart();
+    const bool hasHappened = disarmFault();
+    ::testing::internal::GetCapturedStdout();
+    talvekFree();
+    return hasHappened;
+}
+
+TEST(RunFiles, AreTheFrameTwiceAndFrame0BesidesUnderTheResultsFlag) {
+    const TempFolder folder(folderInMemory());
+    const auto putsInPlace = [&folder](std::int64_t n, bool saveResults) {
+        return runOnce(folder, TALVEK_MODE_MESH_DATA, TALVEK_MODEL_ACID_RAIN, saveResults, Fault::kRename, n);
+    };
+    EXPECT_TRUE(putsInPlace(3, false));
+    EXPECT_FALSE(putsInPlace(4, false));
+    EXPECT_TRUE(putsInPlace(5, true));
+    EXPECT_FALSE(putsInPlace(6, true));
+}
+
+TEST(RunLog, TellsOfAShapeIndexForWhichThereIsNoMemory) {
+    const TempFolder folder(folderInMemory());
+    std::int64_t told = 0;
+    for (std::int64_t n = 1;
+         runOnce(folder, TALVEK_MODE_OFFSETTING, TALVEK_MODEL_SMOOTHING, false, Fault::kAllocation, n); ++n) {
+        const bool isTold = readText(folder.file("stone.inf"))
+                                .ends_with("\tShape Index NOT created!\nOut of memory!\nProcessing ABORTED!\n");
+        told += isTold ? 1 : 0;
+    }
+    EXPECT_GT(told, 0);
+}
+
 INSTANTIATE_TEST_SUITE_P(OfEveryRun, RunFaults, ::testing::ValuesIn(runs()), scenarioName);
 
 }  // namespace

@@ -114,6 +114,12 @@ TEST_F(BinReader, EndsALabelOfNineteenCharactersBeforeTheMarker) {
     EXPECT_EQ(indexed->label, label);
 }
 
+TEST_F(BinReader, EndsALabelAtItsFirstNul) {
+    const auto mesh = read(tetrahedron_ + binLabel(std::string("a\0b", 3), 0) + texels_);
+    ASSERT_NE(mesh, nullptr);
+    EXPECT_EQ(std::string(mesh->label, 3), std::string("a\0\0", 3));
+}
+
 TEST_F(BinReader, FillsWhatTheFileDoesNotHoldWithZeros) {
     const auto mesh = read(bytesOf(Ints{2, 3}) + bytesOf(Floats{1, 2, 3, 4}) + "\x01");
     ASSERT_NE(mesh, nullptr);

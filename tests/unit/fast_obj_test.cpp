@@ -258,6 +258,20 @@ void expectSameRecords(ObjRecords& a, ObjRecords& b) {
     EXPECT_TRUE(hasSameBits(a.lastTexel, b.lastTexel, 2));
 }
 
+TEST(FastObj, LeavesNoPlainLineToTheGeneralWay) {
+    for (const char* line :
+         {"v 1 2 3", "v 1.25 -0.5 12.000001", "v 12345678.1234567 -0.00000001 7", "vt 0.5 0.25", "vn 0 0.6 -0.8",
+          "f 1 2 3", "f 12345678 2 3", "f 1/2 3/4 5/6", "f 1//2 3//4 5//6", "f 1/2/3 4/5/6 7/8/9", "# a comment", ""}) {
+        const std::string text =
+            std::string(kPlainLineMargin, '\n') + line + "\nv not plain" + std::string(2 * kPlainLineWindow, ' ');
+        const char* begin = text.data() + kPlainLineMargin;
+        const char* next = begin + std::string_view(line).size() + 1;
+        ObjRecords records;
+        EXPECT_EQ(readPlainLines(begin, text.data() + text.size(), records), next) << line;
+        EXPECT_EQ(readPlainLinesPortably(begin, text.data() + text.size(), records), next) << line;
+    }
+}
+
 TEST(FastObj, ReadsAlikeOnMachinesWithoutVectors) {
     Random random(3);
     for (int i = 0; i < 20000; ++i) {

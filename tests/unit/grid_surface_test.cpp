@@ -30,6 +30,14 @@ Grid makePatch(RandomNumbers& random) {
     return grid;
 }
 
+/// Three holes in the first column.
+Grid withGap(Grid grid, std::int32_t firstRow) {
+    for (std::int32_t row = firstRow; row < firstRow + 3; ++row) {
+        std::fill_n(grid.pixel(0, row), 3, 0.0F);
+    }
+    return grid;
+}
+
 void expectPlainSurface(const GridSurface& surface, const Object3D& mesh, float delta) {
     std::vector<float> expected = plainRaster(mesh, mesh.vertices.get());
     const std::vector<float> normals = plainRaster(mesh, mesh.vertexNormals.get());
@@ -65,7 +73,14 @@ TEST(GridSurface, FollowsPositionsNormalsAndEmptyCells) {
     Grid other = makePatch(random);
     std::fill_n(other.pixel(12, 11), 3, 0.0F);
     expectResampled(surface, other, "as many cells, the hole elsewhere");
+    expectResampled(surface, withGap(makePatch(random), 21), "three holes");
+    // The first texels that differ, of rows 1 and 4, do so by 1 in one byte.
+    expectResampled(surface, withGap(makePatch(random), 1), "as many cells, the holes elsewhere");
     expectResampled(surface, makePatch(random), "no hole");
+    Grid shorter = makePatch(random);
+    std::fill_n(shorter.pixel(kSide - 1, kSide - 1), 3, 0.0F);
+    expectResampled(surface, shorter, "without the last cell");
+    expectResampled(surface, makePatch(random), "one cell more behind the same ones");
     expectResampled(surface, makeImage(kGridSize, kGridSize, 3), "nothing");
 }
 

@@ -8,6 +8,10 @@
 
 #include "base/block_list.h"
 
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+
 namespace talvek::test {
 namespace {
 
@@ -18,6 +22,16 @@ TEST(HeapArrays, AnEmptyArrayIsNotAnAbsentOne) {
     EXPECT_NE(makeZeroedArray<double>(0), nullptr);
     EXPECT_NE(makeFilledArray(0, 1.0F), nullptr);
 }
+
+#ifdef __GLIBC__
+TEST(HeapArrays, TakeHardlyMoreMemoryThanTheirValues) {
+    constexpr std::int64_t kBytes = 1 << 20;
+    constexpr std::size_t kPages = 2 * 4096;
+    EXPECT_LT(::malloc_usable_size(makeArray<char>(kBytes).get()), kBytes + kPages);
+    EXPECT_LT(::malloc_usable_size(makeZeroedArray<char>(kBytes).get()), kBytes + kPages);
+    EXPECT_LT(::malloc_usable_size(makeArray<double>(kBytes / 8).get()), kBytes + kPages);
+}
+#endif
 
 TEST(HeapArrays, HoldTheirValues) {
     const HeapArray<std::int32_t> zeroed = makeZeroedArray<std::int32_t>(1000);

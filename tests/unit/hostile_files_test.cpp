@@ -204,6 +204,8 @@ TEST_F(HostileFiles, APromiseBeyondThatNeedsNothing) {
     EXPECT_FALSE(use("mesh.bin", bytesOf(Ints{0, kVertices})));
     EXPECT_FALSE(use("mesh.sas", sasHeader(7778, 0, kVertices)));
     EXPECT_FALSE(use("mesh.sas", sasHeader(7778, kVertices, 0)));
+    // Too much only in all arrays together.
+    EXPECT_FALSE(use("mesh.sas", sasHeader(7777, 12 << 20, 0)));
     EXPECT_FALSE(use("scan.fim", fimBytes(4096, 4097, 4, {})));
 }
 

@@ -9,6 +9,7 @@
 
 #include "Vexo_Lib/error_report.h"
 #include "support/error_reports.h"
+#include "support/mesh_file_writers.h"
 #include "support/test_files.h"
 
 namespace talvek::test {
@@ -56,6 +57,39 @@ TEST_F(Load, ABareMeshIsTheSameMeshUnfinished) {
     EXPECT_EQ(bare->faceNormals, nullptr);
     EXPECT_EQ(bare->faceColours, nullptr);
     EXPECT_EQ(bare->meanEdgeLength, 0);
+}
+
+// An array that can grow knows the size of its block.
+TEST_F(Load, ArraysAreAsLongAsTheCountsSay) {
+    const auto expectRoom = [](const auto& array, std::int64_t count) {
+        if (array != nullptr) {
+            EXPECT_EQ(array.get_deleter().room, static_cast<std::size_t>(4 * count));
+        }
+    };
+    for (const SmallFile& file : smallMeshFiles()) {
+        SCOPED_TRACE(file.name);
+        const auto mesh = load(file.name, file.bytes);
+        ASSERT_NE(mesh, nullptr);
+        expectRoom(mesh->vertexIndex, 3 * mesh->numFaces);
+        expectRoom(mesh->texels, 2 * mesh->numTexels);
+        expectRoom(mesh->texelIndex, 3 * mesh->numFaces);
+        expectRoom(mesh->faceNormals, 3 * mesh->numFaces);
+        expectRoom(mesh->faceColours, 3 * mesh->numFaces);
+        expectRoom(mesh->vertexColours, 3 * mesh->numVertices);
+    }
+}
+
+TEST_F(Load, ABareMeshDropsWhatItsFileHoldsBesides) {
+    ASSERT_NE(load("a.sas", sasTetrahedron(7778)), nullptr);
+    const std::unique_ptr<Object3D> bareSas = loadBareMesh(path_.c_str());
+    ASSERT_NE(bareSas, nullptr);
+    EXPECT_EQ(bareSas->faceNormals, nullptr);
+    EXPECT_EQ(bareSas->faceColours, nullptr);
+    ASSERT_NE(load("a.wrl", "Color { color [ 1 0 0, 0 1 0, 0 0 1, 1 1 1 ] }\n" + wrlTetrahedron()), nullptr);
+    const CaughtReports reports;
+    const std::unique_ptr<Object3D> bareWrl = loadBareMesh(path_.c_str());
+    ASSERT_NE(bareWrl, nullptr);
+    EXPECT_EQ(bareWrl->vertexColours, nullptr);
 }
 
 TEST_F(Load, ABareMeshIsRefusedAsAnyOther) {
@@ -179,6 +213,22 @@ TEST(ErrorReport, TheWorkingDirectoryIsTold) {
 }
 
 #ifndef _WIN32
+TEST(ErrorReport, AWorkingDirectoryHasANameOfUpTo1023Characters) {
+    const std::filesystem::path before = std::filesystem::current_path();
+    const TempFolder folder;
+    for (const std::size_t length : {1023, 1024}) {
+        std::string path = std::filesystem::canonical(folder.path());
+        while (path.size() < length) {
+            const std::size_t missing = length - path.size() - 1;
+            path += "/" + std::string(missing > 200 ? 100 : missing, 'd');
+        }
+        std::filesystem::create_directories(path);
+        std::filesystem::current_path(path);
+        EXPECT_EQ(CurrentDirectory(), length < 1024 ? path : "");
+    }
+    std::filesystem::current_path(before);
+}
+
 TEST(ErrorReport, AWorkingDirectoryThatIsGoneHasNoName) {
     const std::filesystem::path before = std::filesystem::current_path();
     const TempFolder folder;

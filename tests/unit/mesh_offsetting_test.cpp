@@ -71,6 +71,14 @@ TEST(ConstantOffset, MovesAPlaneByOffsetTimesDaysPerEpoch) {
     }
 }
 
+TEST(ConstantOffset, TheLastSurfaceOfOneEpochIsItsFrame) {
+    StoneRun run(*makePlane(3));
+    run.environment = {{0.25F, 9, 9, 9}};
+    ASSERT_EQ(run.start(), TALVEK_OK);
+    EXPECT_EQ(run.summaryText('w'), run.frameText(1));
+    EXPECT_NE(run.summaryText('w'), run.summaryText('i'));
+}
+
 TEST(ConstantOffset, OfZeroLeavesTheGeometry) {
     StoneRun run(*makeSphere(10, 2));
     run.epochs = 2;

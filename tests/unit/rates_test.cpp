@@ -147,6 +147,16 @@ TEST(Rates, ANegativeGasGrowsNoCrust) {
     EXPECT_TRUE(isPlusZero(weatheringDelta(kSandstone, with(kNo2, -1e-13), 2)));
 }
 
+TEST(Rates, ACrustEndsOnlyBelowADiscriminantOfZero) {
+    // De and Den make a = 1, the resistances b = 1, and one day of -1 s = -0.25.
+    const MaterialRecord stone = {{0.5, 0.5, 2, 2, 1, 1, 1, 96}};
+    const EpochRecord day = {{1, -1, 0, 0, 0}};
+    EXPECT_EQ(weatheringDelta(stone, day, 1), -5);
+    EpochRecord more = day;
+    more.values[kSo2] = -1.0000001;
+    EXPECT_TRUE(isPlusZero(weatheringDelta(stone, more, 1)));
+}
+
 TEST(Rates, ANegativeGasRecedesByNotANumber) {
     EXPECT_TRUE(std::isnan(weatheringDelta(kSandstone, with(kSo2, -1e-13), 3)));
 }
