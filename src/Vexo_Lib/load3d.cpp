@@ -83,7 +83,7 @@ std::unique_ptr<Object3D> LoadMeshFile(const char* path) try {
     return nullptr;
 }
 
-std::unique_ptr<Object3D> loadBareMesh(const char* path) try {
+std::unique_ptr<Object3D> loadBareMesh(const char* path) {
     std::unique_ptr<Object3D> mesh = readChecked(path);
     if (mesh != nullptr) {
         mesh->faceNormals.reset();
@@ -91,8 +91,6 @@ std::unique_ptr<Object3D> loadBareMesh(const char* path) try {
         mesh->vertexColours.reset();
     }
     return mesh;
-} catch (const std::bad_alloc&) {
-    return nullptr;
 }
 
 }  // namespace talvek

@@ -31,9 +31,6 @@ inline DoublePair operator*(DoublePair a, DoublePair b) {
 inline DoublePair operator/(DoublePair a, DoublePair b) {
     return _mm_div_pd(a.both, b.both);
 }
-inline DoublePair operator-(DoublePair a) {
-    return _mm_xor_pd(a.both, _mm_set1_pd(-0.0));
-}
 inline DoublePair squareRoot(DoublePair a) {
     return _mm_sqrt_pd(a.both);
 }

@@ -10,7 +10,6 @@ OutputFile::OutputFile(const char* path, Durability durability) : durability_(du
 }
 
 OutputFile::OutputFile(std::span<const std::string> paths) {
-    files_.reserve(paths.size());
     for (const std::string& path : paths) {
         files_.emplace_back(path.c_str());
     }

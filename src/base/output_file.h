@@ -3,10 +3,10 @@
 #pragma once
 
 #include <cstddef>
+#include <deque>
 #include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "base/heap_array.h"
 #include "base/pending_file.h"
@@ -54,7 +54,8 @@ class OutputFile {
     Durability durability_ = Durability::kUnflushed;
     HeapArray<char> buffer_ = makeArray<char>(kBufferSize);
     std::size_t used_ = 0;
-    std::vector<PendingFile> files_;
+    /// A deque, for its elements stay where they were made.
+    std::deque<PendingFile> files_;
 };
 
 }  // namespace talvek

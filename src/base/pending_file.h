@@ -16,7 +16,8 @@ class PendingFile {
     /// Symbolic links are followed; what is no regular file (a device, a pipe) is written directly. Throws
     /// std::bad_alloc.
     explicit PendingFile(const char* path);
-    PendingFile(PendingFile&&) = default;
+    PendingFile(const PendingFile&) = delete;
+    PendingFile& operator=(const PendingFile&) = delete;
     /// What was not finished leaves no trace.
     ~PendingFile();
 
