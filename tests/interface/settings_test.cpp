@@ -54,7 +54,7 @@ TEST_F(Settings, TheNumberOfEpochsStaysOnBadInput) {
 }
 
 TEST_F(Settings, TheTimeSpanFallsBackPartByPart) {
-    const auto expectSpan = [this](std::int32_t epochs, std::int32_t days) {
+    const auto expectSpan = [](std::int32_t epochs, std::int32_t days) {
         EXPECT_EQ(TALVEK_CALL(talvekGetNumEpochs)(), epochs);
         TALVEK_CALL(talvekFree)();
         TALVEK_CALL(talvekInit)();

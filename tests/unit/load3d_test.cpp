@@ -172,7 +172,7 @@ TEST_F(Load, TexelsThatAreNotThereAreTheConsumersConcern) {
 #ifndef _WIN32
 TEST_F(Load, ALongPathFillsTheNameWithoutATerminator) {
     const std::string folder = folder_.path() + "/";
-    for (const std::size_t length : {255, 256, 257, 300}) {
+    for (const std::size_t length : {255U, 256U, 257U, 300U}) {
         std::string name(length - folder.size(), 'n');
         // No single name may be longer than 255 characters.
         name[name.size() / 2] = '/';
@@ -216,7 +216,7 @@ TEST(ErrorReport, TheWorkingDirectoryIsTold) {
 TEST(ErrorReport, AWorkingDirectoryHasANameOfUpTo1023Characters) {
     const std::filesystem::path before = std::filesystem::current_path();
     const TempFolder folder;
-    for (const std::size_t length : {1023, 1024}) {
+    for (const std::size_t length : {1023U, 1024U}) {
         std::string path = std::filesystem::canonical(folder.path());
         while (path.size() < length) {
             const std::size_t missing = length - path.size() - 1;

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "base/little_endian.h"
 #include "base/system.h"
 
 namespace talvek::host {
@@ -19,9 +20,7 @@ std::vector<std::int64_t> leadingInts(const std::string& path, std::size_t count
     std::vector<std::int64_t> values;
     std::array<unsigned char, kValueSize> bytes{};
     while (values.size() < count && file.read(bytes.data(), bytes.size()) == kValueSize) {
-        const std::uint32_t bits =
-            bytes[0] | bytes[1] << 8 | bytes[2] << 16 | static_cast<std::uint32_t>(bytes[3]) << 24;
-        values.push_back(static_cast<std::int32_t>(bits));
+        values.push_back(fromLittleEndian<std::int32_t>(bytes.data()));
     }
     return values;
 }

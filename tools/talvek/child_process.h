@@ -49,9 +49,9 @@ class ChildProcess {
     std::uint64_t id_ = 0;
     /// A descriptor, or a HANDLE.
     std::intptr_t output_ = -1;
-    /// A HANDLE of the process, and of the job that ends it with this program.
-    std::intptr_t process_ = -1;
-    std::intptr_t job_ = -1;
+    /// Under Windows the HANDLE of the process, and of the job that ends it with this program.
+    [[maybe_unused]] std::intptr_t process_ = -1;
+    [[maybe_unused]] std::intptr_t job_ = -1;
     bool hasEnded_ = false;
     ChildEnd end_;
 };
