@@ -15,7 +15,7 @@ inline constexpr std::size_t kNumberTextSize = 400;
 /// characters. Returns the end of the text, which is not terminated.
 char* formatFixed(char* out, double value, int decimals);
 
-/// The same text as formatFixed(out, value, 6), faster. For twelve coordinates there is number_group.h.
+/// The same text as formatFixed(out, value, 6), faster. For many at a time there is number_group.h.
 char* formatFixed6(char* out, float value);
 
 /// Writes a value as printf's "%g" does: 6 significant digits, exponents of at least two digits.

@@ -1,4 +1,4 @@
-// Numbers that are formatted twelve at a time have the text that each has alone.
+// Numbers that are formatted many at a time have the text that each has alone.
 #include "base/number_group.h"
 
 #include <gtest/gtest.h>
@@ -19,9 +19,9 @@ namespace {
 constexpr std::uint32_t kSign = 0x80000000;
 
 template <typename Number>
-using Twelve = std::array<Number, NumberGroup::kSize>;
+using Numbers = std::array<Number, NumberGroup::kSize>;
 
-std::string textOf(const Twelve<float>& coordinates) {
+std::string textOf(const Numbers<float>& coordinates) {
     char text[NumberGroup::kSize * kNumberTextSize];
     char* out = text;
     for (const float value : coordinates) {
@@ -31,7 +31,7 @@ std::string textOf(const Twelve<float>& coordinates) {
     return {text, out};
 }
 
-std::string textOf(const Twelve<std::int32_t>& indices) {
+std::string textOf(const Numbers<std::int32_t>& indices) {
     char text[NumberGroup::kSize * kNumberTextSize];
     char* out = text;
     for (const std::int32_t value : indices) {
@@ -51,7 +51,7 @@ std::string textOf(const NumberGroup& group) {
     return {text, out};
 }
 
-void expectText(const Twelve<float>& coordinates) {
+void expectText(const Numbers<float>& coordinates) {
     NumberGroup group;
     NumberGroup portable;
     ASSERT_TRUE(takeApart(coordinates.data(), group));
@@ -61,7 +61,7 @@ void expectText(const Twelve<float>& coordinates) {
     ASSERT_EQ(textOf<putCoordinate>(portable), expected);
 }
 
-void expectText(const Twelve<std::int32_t>& indices) {
+void expectText(const Numbers<std::int32_t>& indices) {
     NumberGroup group;
     NumberGroup portable;
     ASSERT_TRUE(takeApart(indices.data(), group));
@@ -71,11 +71,11 @@ void expectText(const Twelve<std::int32_t>& indices) {
     ASSERT_EQ(textOf<putIndex>(portable), expected);
 }
 
-/// Twelve numbers that are taken apart are not, wherever this one stands among them.
+/// Numbers that are taken apart are not, wherever this one stands among them.
 template <typename Number>
 void expectRefused(Number refused, Number accepted) {
     for (std::size_t i = 0; i < NumberGroup::kSize; ++i) {
-        Twelve<Number> numbers;
+        Numbers<Number> numbers;
         numbers.fill(accepted);
         NumberGroup group;
         ASSERT_TRUE(takeApart(numbers.data(), group));
@@ -88,7 +88,7 @@ void expectRefused(Number refused, Number accepted) {
 
 TEST(NumberGroup, Every997thCoordinateHasTheTextItHasAlone) {
     const auto end = std::bit_cast<std::uint32_t>(4096.0F);
-    Twelve<float> coordinates;
+    Numbers<float> coordinates;
     for (std::uint32_t bits = 0; bits < end;) {
         for (float& value : coordinates) {
             value = std::bit_cast<float>(std::min(bits, end - 1) | (bits % 2 == 0 ? kSign : 0));
@@ -101,7 +101,7 @@ TEST(NumberGroup, Every997thCoordinateHasTheTextItHasAlone) {
 TEST(NumberGroup, EveryIndexHasTheTextItHasAlone) {
     constexpr std::int32_t kFirst = 999;
     constexpr std::int32_t kEnd = 4095999;
-    Twelve<std::int32_t> indices{};
+    Numbers<std::int32_t> indices{};
     for (std::int32_t index = kFirst; index < kEnd; index += static_cast<std::int32_t>(indices.size())) {
         for (std::size_t i = 0; i < indices.size(); ++i) {
             indices[i] = std::min(index + static_cast<std::int32_t>(i), kEnd - 1);
@@ -113,7 +113,7 @@ TEST(NumberGroup, EveryIndexHasTheTextItHasAlone) {
 TEST(NumberGroup, CoordinatesOfEverySizeStandTogether) {
     RandomNumbers numbers;
     for (int i = 0; i < 20000; ++i) {
-        Twelve<float> coordinates;
+        Numbers<float> coordinates;
         for (float& value : coordinates) {
             value = std::clamp(std::ldexp(numbers.coordinate(1), static_cast<int>(numbers.below(36)) - 24), -4095.0F,
                                4095.0F);
@@ -123,8 +123,8 @@ TEST(NumberGroup, CoordinatesOfEverySizeStandTogether) {
 }
 
 TEST(NumberGroup, TiesAreRoundedToTheEvenDigit) {
-    for (int i = 1; i < 100001; i += 24) {
-        Twelve<float> ties;
+    for (int i = 1; i < 100001; i += 48) {
+        Numbers<float> ties;
         for (std::size_t k = 0; k < ties.size(); ++k) {
             ties[k] = static_cast<float>(i + 2 * static_cast<int>(k)) / (k % 2 == 0 ? 128 : -128);
         }
@@ -133,8 +133,8 @@ TEST(NumberGroup, TiesAreRoundedToTheEvenDigit) {
 }
 
 TEST(NumberGroup, NegativeZerosKeepTheirSign) {
-    const Twelve<float> coordinates = {0.0F,  -0.0F, 4.0e-7F, -4.0e-7F, -1.0e-45F, 1.0e-45F,
-                                       -0.0F, 0.0F,  -1,      1,        -10,       10};
+    const Numbers<float> coordinates = {0.0F,  -0.0F, 4.0e-7F, -4.0e-7F, -1.0e-45F, 1.0e-45F,
+                                        -0.0F, 0.0F,  -1,      1,        -10,       10};
     expectText(coordinates);
     EXPECT_EQ(textOf(coordinates).substr(0, 28), "0.000000 -0.000000 0.000000 ");
 }
@@ -143,7 +143,7 @@ TEST(NumberGroup, ACoordinateWhoseDecimalsBecomeAWholeIsRightOrRefused) {
     for (const float value : {std::nextafter(1.0F, 0.0F), -std::nextafter(1.0F, 0.0F), std::nextafter(2.0F, 0.0F),
                               std::nextafter(4.0F, 0.0F), std::nextafter(8.0F, 0.0F), -std::nextafter(8.0F, 0.0F)}) {
         for (std::size_t i = 0; i < NumberGroup::kSize; ++i) {
-            Twelve<float> coordinates{};
+            Numbers<float> coordinates{};
             coordinates[i] = value;
             NumberGroup group;
             if (takeApart(coordinates.data(), group)) {

@@ -157,7 +157,7 @@ TEST_F(ObjWriter, WritesWhatPrintfGivesForAnyMesh) {
 
 TEST_F(ObjWriter, WritesWhatPrintfGivesForAnyNumberOfLines) {
     RandomNumbers numbers;
-    for (std::int32_t count = 1; count < 14; ++count) {
+    for (std::int32_t count = 1; count < 19; ++count) {
         Object3D mesh;
         mesh.numVertices = count;
         mesh.numFaces = count + 1;
