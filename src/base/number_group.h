@@ -23,7 +23,7 @@ inline constexpr std::size_t kNumberStartSize = 8;
 /// The numbers below kNumNumberStarts with a point behind, then the same with a minus sign; the last of the eight
 /// characters of each is its length.
 inline constexpr auto kNumberStarts = [] {
-    std::array<char, 2 * kNumNumberStarts * kNumberStartSize> texts{};
+    std::array<char, std::size_t{2} * kNumNumberStarts * kNumberStartSize> texts{};
     for (std::uint32_t i = 0; i < 2 * kNumNumberStarts; ++i) {
         const std::uint32_t value = i % kNumNumberStarts;
         char* const text = &texts[i * kNumberStartSize];
