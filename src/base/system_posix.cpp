@@ -144,7 +144,7 @@ FileKind kindOf(const char* path) {
 std::string linkTarget(const char* path) {
     std::string target = path;
     // As many links as the system itself follows before it takes them for a circle.
-    for (int links = 0; links < 40; ++links) {
+    for (int links = 0; links <= 40; ++links) {
         char next[PATH_MAX];
         const ssize_t length = ::readlink(target.c_str(), next, sizeof next);
         if (length < 0) {

@@ -222,6 +222,17 @@ TEST_F(Output, FollowsASymbolicLinkToAFileThatIsNotThereYet) {
     EXPECT_EQ(readFile(folder_.file("elsewhere/real.obj")), "new");
 }
 
+// The last link that the system follows used to be one too many.
+TEST_F(Output, FollowsAsManySymbolicLinksAsTheSystem) {
+    writeFile(folder_.file("0"), "old");
+    for (int i = 1; i <= 50; ++i) {
+        const std::string link = folder_.file(std::to_string(i));
+        fs::create_symlink(std::to_string(i - 1), link);
+        EXPECT_EQ(writeWhole(link, std::to_string(i)), system::File::openForReading(link.c_str()).isOpen()) << i;
+    }
+    EXPECT_EQ(readFile(folder_.file("0")), "40");
+}
+
 TEST_F(Output, FailsAtSymbolicLinksInACircle) {
     fs::create_symlink("b", folder_.file("a"));
     fs::create_symlink("a", folder_.file("b"));
