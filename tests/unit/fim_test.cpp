@@ -153,6 +153,8 @@ TEST_F(FimReader, DoesNotMoveTheMeshByNextToNothing) {
         ASSERT_NE(mesh, nullptr);
         const auto [smallest, largest] = std::minmax_element(mesh->vertexSpan().begin(), mesh->vertexSpan().end());
         EXPECT_EQ(*largest, 12) << z;
+        EXPECT_EQ(*smallest, std::min(z, 0.0F));
+        EXPECT_EQ(mesh->largestCoordinate, 0) << "left to what is done for every format";
     }
     const auto moved = loadWithFirst(0, 0, -0.00011F);
     ASSERT_NE(moved, nullptr);

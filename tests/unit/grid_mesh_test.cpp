@@ -70,6 +70,16 @@ TEST(GridMesh, LaysEightTrianglesAroundTheMiddle) {
     EXPECT_EQ(Indices(mesh->texelIndex.get(), mesh->texelIndex.get() + 24), facesOf(*mesh));
 }
 
+TEST(GridMesh, TakesNoMoreMemoryThanItsCountsSay) {
+    Grid grid = flatGrid(5, 5);
+    clearCell(grid, 1, 1);
+    const auto mesh = gridToMesh(&grid, true);
+    EXPECT_EQ(mesh->vertices.get_deleter().room, 3 * 24 * sizeof(float));
+    EXPECT_EQ(mesh->texels.get_deleter().room, 2 * 24 * sizeof(float));
+    EXPECT_EQ(mesh->vertexIndex.get_deleter().room, mesh->faceSpan().size_bytes());
+    EXPECT_EQ(mesh->texelIndex.get_deleter().room, mesh->faceSpan().size_bytes());
+}
+
 TEST(GridMesh, LeavesOutTrianglesWithAnEmptyCell) {
     Grid corner = flatGrid(3, 3);
     clearCell(corner, 0, 0);

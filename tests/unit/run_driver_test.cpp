@@ -3,7 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "api/session.h"
+#include "support/meshes.h"
+#include "support/runs.h"
 #include "support/test_files.h"
 #include "talvek.h"
 
@@ -53,6 +57,20 @@ TEST_F(RunDriver, RefusesAMissingEpochTable) {
     EXPECT_EQ(talvekSaveParams(), TALVEK_ERROR_NULL);
     EXPECT_NE(outputOf(TALVEK_ERROR_NULL).find("Envirinmetal params undefined!"), std::string::npos);
 }
+
+#ifdef __linux__
+TEST(RunDriverFiles, AreAllClosedAfterARun) {
+    StoneRun run(*makePlane(2));
+    ::testing::internal::CaptureStdout();
+    EXPECT_EQ(run.start(), TALVEK_OK);
+    ::testing::internal::GetCapturedStdout();
+    for (const auto& descriptor : std::filesystem::directory_iterator("/proc/self/fd")) {
+        std::error_code error;
+        const std::string file = std::filesystem::read_symlink(descriptor.path(), error);
+        EXPECT_FALSE(file.starts_with(run.meshName().substr(0, run.meshName().rfind('/')))) << file;
+    }
+}
+#endif
 
 }  // namespace
 }  // namespace talvek::test
