@@ -111,6 +111,14 @@ TEST(Rasterise, LetsTheLastFaceWin) {
     EXPECT_NEAR(static_cast<double>(grid.pixel(60, 60)[0]), 2, 1e-5);
 }
 
+TEST(Rasterise, DrawsNoMoreFacesThanThereAre) {
+    const auto mesh = makeTriangles({0.1F, 0.1F, 0.2F, 0.1F, 0.1F, 0.2F, 0.5F, 0.5F, 0.6F, 0.5F, 0.5F, 0.6F});
+    mesh->numFaces = 1;
+    const Grid grid = rasterise(*mesh);
+    EXPECT_FALSE(isEmptyCell(grid.pixel(60, 60)));
+    EXPECT_TRUE(isEmptyCell(grid.pixel(240, 240)));
+}
+
 TEST(Rasterise, StoresNothingAtTheFarEdges) {
     // The unit square: column and row 460 do not exist.
     const Grid grid = rasterise(*makeTriangles({0, 0, 1, 0, 1, 1, 0, 0, 1, 1, 0, 1}));
