@@ -100,7 +100,8 @@ class BlockList {
     static constexpr std::size_t kSmallestBlock = 512;
     static constexpr std::size_t kLargestBlock = 65536;
 
-    void addBlock() {
+    // Seldom called: out of line, so that `room` is a comparison where it is used.
+    [[gnu::noinline]] void addBlock() {
         std::unique_ptr<Block> block = makeNextBlock();
         Block* added = block.get();
         (last_ == nullptr ? first_ : last_->next) = std::move(block);
