@@ -21,7 +21,7 @@ double arcTangent(double y, double x) {
         return exact::arcTangent2(y, x);
     }
     const double s = t * t;
-    return t - t * s * (1.0 / 3 - s * (1.0 / 5 - s * (1.0 / 7 - s * (1.0 / 9 - s * (1.0 / 11)))));
+    return t - t * s * (1.0 / 3 - s * (1.0 / 5 - s * (1.0 / 7 - s * (1.0 / 9))));
 }
 
 }  // namespace
