@@ -1,16 +1,25 @@
 #include "weathering/grid_surface.h"
 
-#include <cstring>
+#include <algorithm>
+#include <span>
 
 #include "weathering/delta_grid.h"
 
 namespace talvek {
 
+namespace {
+
+std::span<const float> texelsOf(const Object3D& mesh) {
+    return {mesh.texels.get(), 2 * static_cast<std::size_t>(mesh.numTexels)};
+}
+
+}  // namespace
+
 void GridSurface::resample(const Object3D& gridMesh) {
-    if (!sampling_ || !hasTexelsOf(gridMesh)) {
+    const std::span<const float> texels = texelsOf(gridMesh);
+    if (!sampling_ || !std::ranges::equal(texels, texels_)) {
         sampling_.emplace(gridMesh);
-        numTexels_ = gridMesh.numTexels;
-        texels_ = copyArray(gridMesh.texels.get(), 2 * std::int64_t{numTexels_});
+        texels_.assign(texels.begin(), texels.end());
     }
     positions_ = sampling_->sample(gridMesh.vertices.get());
     normals_ = sampling_->sample(gridMesh.vertexNormals.get());
@@ -18,11 +27,6 @@ void GridSurface::resample(const Object3D& gridMesh) {
 
 void GridSurface::move(const Grid* deltas) {
     applyDeltaGrid(positions_.get(), normals_.get(), deltas);
-}
-
-bool GridSurface::hasTexelsOf(const Object3D& gridMesh) const {
-    return gridMesh.numTexels == numTexels_ &&
-           std::memcmp(gridMesh.texels.get(), texels_.get(), arrayBytes<float>(2 * std::int64_t{numTexels_})) == 0;
 }
 
 }  // namespace talvek

@@ -3,8 +3,8 @@
 
 #include <memory>
 #include <optional>
+#include <vector>
 
-#include "base/heap_array.h"
 #include "mesh/object3d.h"
 #include "weathering/grid.h"
 #include "weathering/grid_sampling.h"
@@ -23,13 +23,10 @@ class GridSurface {
     const Grid& positions() const { return *positions_; }
 
   private:
-    bool hasTexelsOf(const Object3D& gridMesh) const;
-
     std::unique_ptr<Grid> positions_;
     std::unique_ptr<Grid> normals_;
     std::optional<GridSampling> sampling_;
-    HeapArray<float> texels_;
-    std::int32_t numTexels_ = 0;
+    std::vector<float> texels_;
 };
 
 }  // namespace talvek
