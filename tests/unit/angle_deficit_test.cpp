@@ -67,6 +67,47 @@ TEST(AngleDeficit, HasNarrowBoundsOnAnOrdinaryRing) {
     EXPECT_GT(outcome.bounds.high - outcome.bounds.low, 1e-15);
 }
 
+/// Of three angles whose complex numbers make a product of 10890 + 56 `last` and 18480 - 33 `last`.
+AngleDeficit deficitOfThree(double last) {
+    AngleDeficitFinder angles;
+    angles.add(-4, 7, 65);
+    angles.add(-4, 7, 65);
+    angles.add(-330, last, 65);
+    return angles.find();
+}
+
+double middle(const AngleDeficit& bounds) {
+    return (bounds.low + bounds.high) / 2;
+}
+
+TEST(AngleDeficit, HasItsBoundsAsFarApartAsRoundingCanBring) {
+    const AngleDeficit bounds = deficitOfThree(523);
+    EXPECT_NEAR(bounds.high - bounds.low, 0x1p-52 * (3 * (24.5 * 65 / 7 + 11) + 20), 1e-17);
+}
+
+TEST(AngleDeficit, LiesInTheMiddleOfItsBounds) {
+    for (int last = 523; last <= 597; ++last) {
+        const double tangent = (18480.0 - 33 * last) / (10890 + 56 * last);
+        EXPECT_NEAR(middle(deficitOfThree(560)) - middle(deficitOfThree(last)), std::atan(tangent), 3e-17) << last;
+    }
+}
+
+/// Of angles that make a full turn, the smallest of which has an area of a half.
+AngleDeficit deficitOfTurn(int count, double longestSquare) {
+    AngleDeficitFinder angles;
+    for (int i = 0; i < count; ++i) {
+        const double angle = 2 * std::numbers::pi / count;
+        angles.add(0.5 / std::tan(angle), 0.5, longestSquare);
+    }
+    return angles.find();
+}
+
+TEST(AngleDeficit, IsBoundedUpToTwelveAnglesAndARatioOf1024) {
+    EXPECT_FALSE(std::isnan(deficitOfTurn(12, 511).low));
+    EXPECT_TRUE(std::isnan(deficitOfTurn(12, 512).low));
+    EXPECT_TRUE(std::isnan(deficitOfTurn(13, 511).low));
+}
+
 TEST(AngleDeficit, IsNotBoundedWhereTheAnglesAreFarFromAFullTurn) {
     // Three steep sides of a needle; then twice around.
     EXPECT_FALSE(outcomeOf({0, 0, 9, 1, 0, 0, -0.5F, 0.8F, 0, -0.5F, -0.8F, 0}).isBounded());

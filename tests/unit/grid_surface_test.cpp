@@ -74,7 +74,6 @@ TEST(GridSurface, FollowsPositionsNormalsAndEmptyCells) {
     std::fill_n(other.pixel(12, 11), 3, 0.0F);
     expectResampled(surface, other, "as many cells, the hole elsewhere");
     expectResampled(surface, withGap(makePatch(random), 21), "three holes");
-    // The first texels that differ, of rows 1 and 4, do so by 1 in one byte.
     expectResampled(surface, withGap(makePatch(random), 1), "as many cells, the holes elsewhere");
     expectResampled(surface, makePatch(random), "no hole");
     Grid shorter = makePatch(random);

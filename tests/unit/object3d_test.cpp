@@ -199,11 +199,12 @@ TEST(MeshMeasures, NotANumberNeitherShrinksNorGrowsABox) {
 }
 
 TEST(MeshMeasures, TheCentreIsTheMeanOfTheVertices) {
-    double centre[3];
+    double centre[4] = {0, 0, 0, 77};
     centreOfMass(*makeMesh({1, 2, 3, 4, 6, 8, 7, 10, 16}, {}), centre);
     EXPECT_EQ(centre[0], 4);
     EXPECT_EQ(centre[1], 6);
     EXPECT_EQ(centre[2], 9);
+    EXPECT_EQ(centre[3], 77) << "not the centre's";
 }
 
 TEST(MeshMeasures, TheCentreIsSummedInDoublePrecision) {

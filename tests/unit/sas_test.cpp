@@ -163,7 +163,8 @@ TEST_F(Sas, WritesATexelForEachVertexWhereThereIsNoIndex) {
     mesh->numTexels = 4;
     EXPECT_EQ(written(*mesh), sasTetrahedron(7779, texels_));
     // The version always has as many as there are vertices.
-    mesh->texels = copyArray(Tetrahedron::kTexels.data(), 4);
+    mesh->texels = copyArray(Tetrahedron::kTexels.data(), 8);
+    mesh->texels[4] = 7;
     mesh->numTexels = 2;
     EXPECT_EQ(written(*mesh), sasTetrahedron(7779, texels_.substr(0, 16) + std::string(16, '\0')));
 }

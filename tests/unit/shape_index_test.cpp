@@ -289,6 +289,13 @@ TEST(RingOrder, GoesRoundTheVertexFromItsFirstNeighbour) {
     EXPECT_EQ(std::vector<std::int32_t>(ring.begin(), ring.end()), (std::vector<std::int32_t>{1, 4, 3, 2}));
 }
 
+TEST(RingOrder, PutsNeighboursInTheDirectionOfTheFirstBehindIt) {
+    const auto mesh = withNormals(makeMesh({0, 0, 0, 1, 0, 0, 0, 1, 0, 2, 0, 0}, {0, 1, 2, 0, 2, 3}));
+    const ShapeIndex shapeIndex(mesh.get());
+    const auto ring = shapeIndex.rings().ring(0);
+    EXPECT_EQ(std::vector<std::int32_t>(ring.begin(), ring.end()), (std::vector<std::int32_t>{1, 3, 2}));
+}
+
 TEST(RingOrder, KeepsTheOrderOfAppearanceWhereAnglesAreEqualOrUndefined) {
     // All further neighbours of vertex 0 lie in one direction.
     const auto flat = withNormals(makeMesh({0, 0, 0, 1, 0, 0, 0, 3, 0, 0, 1, 0, 0, 2, 0}, {0, 1, 2, 0, 1, 3, 0, 1, 4}));
