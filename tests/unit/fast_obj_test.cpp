@@ -74,6 +74,8 @@ constexpr const char* kOddNumbers[] = {"16777217.0",
                                        "123456789.5",
                                        "0.000000000000000000000000000000000000000000001",
                                        "\x80\xFF",
+                                       "1.5\x80",
+                                       "1.5\x01",
                                        "1.00000000000000000000000000000000000000000000000000000000000000001"};
 
 std::string number(Random& random) {
@@ -87,7 +89,8 @@ std::string number(Random& random) {
 }
 
 std::string index(Random& random) {
-    constexpr const char* kOdd[] = {"-1", "0", "+3", "123456789", "99999999999", "x", "", "00000001", "12345678"};
+    constexpr const char* kOdd[] = {"-1", "0", "+3",       "123456789", "99999999999",
+                                    "x",  "",  "00000001", "12345678",  "7\x80"};
     return random.oneIn(15) ? random.oneOf(kOdd) : random.digits(1 + random.below(8));
 }
 
