@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -48,6 +49,10 @@ struct SmallFile {
     std::string name;
     std::string bytes;
 };
+/// For the test's name in the runner's output, which otherwise shows every byte of the record, unset ones too.
+inline std::ostream& operator<<(std::ostream& out, const SmallFile& file) {
+    return out << file.name;
+}
 std::vector<SmallFile> smallMeshFiles();
 
 }  // namespace talvek::test
