@@ -128,8 +128,8 @@ inline bool takeApartPortable(const std::int32_t* indices, NumberGroup& group) {
 #ifdef TALVEK_HAS_SSE2
 
 /// Four integers below kNumNumberStarts * 1000 as thousands and what is left. The factor is a little above a
-/// thousandth: enough for multiples of 1000 to come out whole, and up to ten million too little for the numbers below
-/// them to do so.
+/// thousandth: enough for a multiple of 1000 to give a whole number, but, up to ten million, not enough for the number
+/// before it to reach that one too.
 inline void splitThousands(__m128i values, std::uint32_t* thousands, std::uint32_t* left) {
     const __m128i quotients = _mm_cvttps_epi32(_mm_mul_ps(_mm_cvtepi32_ps(values), _mm_set1_ps(0.001F)));
     const __m128i rest = _mm_sub_epi32(values, _mm_madd_epi16(quotients, _mm_set1_epi32(1000)));
