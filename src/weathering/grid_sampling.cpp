@@ -5,6 +5,7 @@
 
 #include "base/float_lanes.h"
 #include "mesh/vector3.h"
+#include "weathering/triangle_reach.h"
 
 namespace talvek {
 
@@ -21,12 +22,6 @@ constexpr std::array<float, kGridSize> kCellPlaces = [] {
     }
     return places;
 }();
-
-/// Columns or rows from `first` to `last`.
-struct CellRange {
-    std::int32_t first;
-    std::int32_t last;
-};
 
 /// The cells of the grid between three coordinates.
 CellRange cellsBetween(FloatLanes coordinates) {
@@ -77,6 +72,7 @@ class Triangle {
 
     CellRange columns() const { return cellsBetween(u_); }
     CellRange rows() const { return cellsBetween(t_); }
+    TriangleReach reach() const { return {toArray(u_), toArray(t_)}; }
 
     /// Twice the areas of the triangles that a point makes with the edges; negative where it lies to the right of one.
     FloatLanes areasAt(float u, float t) const { return areas(u_ - u, t_ - t); }
@@ -123,12 +119,39 @@ class Weights {
     FloatLanes heights_;
 };
 
+/// The cells that have to be looked at for a triangle.
+class Search {
+  public:
+    explicit Search(const Triangle& triangle);
+
+    CellRange rows() const { return rows_; }
+    CellRange columns(std::int32_t row) const {
+        return reach_ ? reach_->columns(kCellPlaces[static_cast<std::size_t>(row)], columns_) : columns_;
+    }
+
+  private:
+    CellRange rows_;
+    CellRange columns_;
+    std::optional<TriangleReach> reach_;
+};
+
+Search::Search(const Triangle& triangle) : rows_(triangle.rows()), columns_(triangle.columns()) {
+    // Of a smaller box, looking at every cell takes less time than finding out which ones matter.
+    constexpr std::int64_t kLargeBox = 64;
+    if (rows_.count() * columns_.count() >= kLargeBox) {
+        reach_ = triangle.reach();
+        if (reach_->isClockwise()) {
+            rows_ = {0, -1};
+        }
+    }
+}
+
 /// Most faces of a fine mesh lie between the cells' corners, so the weights wait until there is a cell inside.
 void draw(GridPoint* points, const Triangle& triangle, const std::int32_t* corners) {
-    const CellRange rows = triangle.rows();
-    const CellRange columns = triangle.columns();
+    const Search search(triangle);
     std::optional<Weights> weights;
-    for (std::int32_t y = rows.first; y <= rows.last; ++y) {
+    for (std::int32_t y = search.rows().first; y <= search.rows().last; ++y) {
+        const CellRange columns = search.columns(y);
         for (std::int32_t x = columns.first; x <= columns.last; ++x) {
             const FloatLanes areas =
                 triangle.areasAt(kCellPlaces[static_cast<std::size_t>(x)], kCellPlaces[static_cast<std::size_t>(y)]);

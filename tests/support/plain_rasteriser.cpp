@@ -13,8 +13,12 @@ constexpr int kSize = 460;
 struct Corner {
     float u, t;
     const float* value;
-    int column() const { return static_cast<int>(460.0F * u); }
-    int row() const { return static_cast<int>(460.0F * t); }
+    int column() const { return cell(460.0F * u); }
+    int row() const { return cell(460.0F * t); }
+
+  private:
+    /// Beyond these numbers, which are beyond the grid, it does not matter where.
+    static int cell(float place) { return static_cast<int>(std::clamp(place, -1000.0F, 1000.0F)); }
 };
 
 float crossProduct(float qu, float qt, float ru, float rt) {
@@ -40,9 +44,6 @@ void drawCell(std::vector<float>& grid, int x, int y, const Corner& a, const Cor
     const float weightA = distanceToLine(u, t, b, c) / distanceToLine(a.u, a.t, b, c);
     const float weightB = distanceToLine(u, t, c, a) / distanceToLine(b.u, b.t, c, a);
     const float weightC = distanceToLine(u, t, a, b) / distanceToLine(c.u, c.t, a, b);
-    if (x < 0 || x >= kSize || y < 0 || y >= kSize) {
-        return;
-    }
     for (std::size_t k = 0; k < 3; ++k) {
         grid[3 * static_cast<std::size_t>(kSize * y + x) + k] =
             weightA * a.value[k] + weightB * b.value[k] + weightC * c.value[k];
@@ -62,8 +63,8 @@ void drawFace(std::vector<float>& grid, const Corner& a, const Corner& b, const 
     const int xmax = std::max({std::max(a.column(), 0), b.column(), c.column()});
     const int ymin = std::min({std::min(a.row(), kSize), b.row(), c.row()});
     const int ymax = std::max({std::max(a.row(), 0), b.row(), c.row()});
-    for (int y = ymin; y <= ymax; ++y) {
-        for (int x = xmin; x <= xmax; ++x) {
+    for (int y = std::max(ymin, 0); y <= std::min(ymax, kSize - 1); ++y) {
+        for (int x = std::max(xmin, 0); x <= std::min(xmax, kSize - 1); ++x) {
             drawCell(grid, x, y, a, b, c);
         }
     }

@@ -175,9 +175,16 @@ TEST(Rasterise, ReachesTheGridFromFarAway) {
     // So large that every cell lies inside.
     const Grid grid = rasterise(*makeTriangles({-1000, -1000, 3000, -1000, -1000, 3000}));
     EXPECT_EQ(filledCells(grid), 460 * 460);
-    for (const float distance : {2e9F, 1e30F, std::numeric_limits<float>::max()}) {
-        const auto far = makeTriangles({-distance, -distance, distance, -distance, 0, distance});
-        EXPECT_NE(rasteriseToGrid(*far, far->vertices.get()), nullptr);
+}
+
+// The products of such coordinates overflow or lose everything but their sign; what remains counts.
+TEST(Rasterise, AgreesWithThePlainFormFarAway) {
+    for (const float distance : {30.0F, 2e4F, 1e5F, 3e5F, 2e9F, 1e18F, 1e30F, std::numeric_limits<float>::max()}) {
+        expectPlainRaster(*makeTriangles({-distance, -distance, distance, -distance, 0, distance}), "around");
+        expectPlainRaster(*makeTriangles({-distance, -distance, 0, distance, distance, -distance}), "clockwise");
+        expectPlainRaster(*makeTriangles({0.3F, 0.2F, distance, 0.4F, -distance, 0.9F}), "aside");
+        expectPlainRaster(*makeTriangles({0.3F, -distance, 0.4F, 0.5F, 0.2F, distance}), "above");
+        expectPlainRaster(*makeTriangles({-distance, -distance, distance, distance, 0.5F, 0.6F}), "diagonal");
     }
 }
 
@@ -204,6 +211,48 @@ TEST(Rasterise, AgreesWithThePlainFormOnRandomTriangles) {
             value = random.coordinate(100);
         }
         expectPlainRaster(*mesh, "round " + std::to_string(round));
+    }
+}
+
+/// Two corners anywhere around the grid and one so near to the line between them that rounding decides.
+std::vector<float> slivers(RandomNumbers& random, int count) {
+    std::vector<float> texels;
+    for (int i = 0; i < count; ++i) {
+        const float u = random.coordinate(1.5F);
+        const float t = random.coordinate(1.5F);
+        const float du = random.coordinate(2);
+        const float dt = random.coordinate(2);
+        const float middle = random.coordinate(1);
+        const float off = std::ldexp(random.coordinate(1), -static_cast<int>(random.below(26)));
+        texels.insert(texels.end(), {u, t, u + du, t + dt, u + middle * du - off * dt, t + middle * dt + off * du});
+    }
+    return texels;
+}
+
+TEST(Rasterise, AgreesWithThePlainFormOnSlivers) {
+    RandomNumbers random;
+    for (int round = 0; round < 12; ++round) {
+        expectPlainRaster(*makeTriangles(slivers(random, 25)), "round " + std::to_string(round));
+    }
+}
+
+/// Corners on a row of the grid, or a few of the smallest steps beside it.
+std::vector<float> slightlyTilted(RandomNumbers& random, int count) {
+    std::vector<float> texels;
+    for (int i = 0; i < count; ++i) {
+        const float row = static_cast<float>(random.below(460)) / 460.0F;
+        for (int corner = 0; corner < 3; ++corner) {
+            const float steps = static_cast<float>(random.below(9)) - 4;
+            texels.insert(texels.end(), {random.coordinate(3), row + std::ldexp(steps, -24)});
+        }
+    }
+    return texels;
+}
+
+TEST(Rasterise, AgreesWithThePlainFormOnSliversAlongRows) {
+    RandomNumbers random;
+    for (int round = 0; round < 12; ++round) {
+        expectPlainRaster(*makeTriangles(slightlyTilted(random, 200)), "round " + std::to_string(round));
     }
 }
 

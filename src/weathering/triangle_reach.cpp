@@ -1,0 +1,64 @@
+#include "weathering/triangle_reach.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "weathering/grid.h"
+
+namespace talvek {
+
+namespace {
+
+/// The largest difference of a corner's coordinate from one of the grid's.
+double spread(const std::array<float, 4>& coordinates) {
+    return 1.0 + std::fabs(static_cast<double>(
+                     *std::max_element(coordinates.begin(), coordinates.begin() + 3,
+                                       [](float a, float b) { return std::fabs(a) < std::fabs(b); })));
+}
+
+std::int32_t cellAt(double place) {
+    return static_cast<std::int32_t>(std::clamp(place * kGridSize, -2.0, static_cast<double>(kGridSize)));
+}
+
+}  // namespace
+
+// In single precision, with e = 2^-24: each of the four differences is off by at most e of itself, each of both
+// products by 3 e and the difference of these by one e more; the products are at most the product of both spreads. That
+// makes 8 e of it. The margin is twice that, which covers the arithmetic here and products too small for their digits
+// too.
+TriangleReach::TriangleReach(const std::array<float, 4>& u, const std::array<float, 4>& t)
+    : margin_(0x1p-20 * spread(u) * spread(t)) {
+    for (std::size_t i = 0; i < corners_.size(); ++i) {
+        corners_[i] = {static_cast<double>(u[i]), static_cast<double>(t[i])};
+    }
+}
+
+/// The areas that a point makes with the edges add up to that of the triangle.
+bool TriangleReach::isClockwise() const {
+    const auto& [a, b, c] = corners_;
+    return (b.u - a.u) * (c.t - a.t) - (b.t - a.t) * (c.u - a.u) < -3 * margin_;
+}
+
+CellRange TriangleReach::columns(float t, CellRange range) const {
+    double low = -std::numeric_limits<double>::infinity();
+    double high = std::numeric_limits<double>::infinity();
+    for (std::size_t i = 0; i < corners_.size(); ++i) {
+        const Corner& q = corners_[i];
+        const Corner& r = corners_[(i + 1) % corners_.size()];
+        const double row = static_cast<double>(t);
+        const double slope = q.t - r.t;
+        const double atZero = q.u * (r.t - row) - r.u * (q.t - row) + margin_;
+        if (slope > 0) {
+            low = std::max(low, -atZero / slope);
+        } else if (slope < 0) {
+            high = std::min(high, -atZero / slope);
+        } else if (atZero < 0) {
+            return {0, -1};
+        }
+    }
+    // Downwards for the first column and upwards for the last, which makes up for the rounding of their coordinates.
+    return {std::max(range.first, cellAt(low)), std::min(range.last, cellAt(high) + 1)};
+}
+
+}  // namespace talvek

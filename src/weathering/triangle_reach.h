@@ -1,0 +1,40 @@
+// Which cells of the grid a triangle in texture space may reach.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+namespace talvek {
+
+/// Columns or rows from `first` to `last`; none when `last` is smaller.
+struct CellRange {
+    std::int32_t first;
+    std::int32_t last;
+
+    std::int64_t count() const { return std::int64_t{last} - first + 1; }
+};
+
+/// Bounds what the rasteriser finds inside a triangle, whose test in single precision rounds: no cell that passes it is
+/// left out, and few others stay. A sliver or a triangle that runs clockwise covers little of its box or nothing.
+class TriangleReach {
+  public:
+    /// Texture coordinates of the corners, which have to be finite.
+    TriangleReach(const std::array<float, 4>& u, const std::array<float, 4>& t);
+
+    /// Whether no point of the grid passes the test, because the triangle runs clockwise by more than rounding hides.
+    bool isClockwise() const;
+
+    /// Of these columns, those that the triangle may reach in the row at coordinate `t`.
+    CellRange columns(float t, CellRange range) const;
+
+  private:
+    struct Corner {
+        double u, t;
+    };
+
+    std::array<Corner, 3> corners_;
+    /// By how much the area that a point makes with an edge, negative on its outer side, may be found too large.
+    double margin_;
+};
+
+}  // namespace talvek
