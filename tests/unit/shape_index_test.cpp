@@ -122,6 +122,16 @@ TEST(ShapeIndex, ListsShortRingsOtherwiseThanTheMeshDoes) {
     }
 }
 
+TEST(ShapeIndex, TakesOneNeighbourForAShortRing) {
+    // A face that names vertex 1 twice: it is the only neighbour of vertex 0, and its own.
+    const auto mesh = withNormals(makeMesh({0, 0, 0, 1, 0, 0}, {0, 1, 1}));
+    ShapeIndex shapeIndex(mesh.get());
+    shapeIndex.compute();
+    ASSERT_EQ(shapeIndex.rings().ring(0).size(), 1U);
+    EXPECT_EQ(shapeIndex.shapeIndexList()[0], 1.0F);
+    expectNoCurvature(*mesh, 0);
+}
+
 TEST(ShapeIndex, ListsTheValuesOfEveryComputation) {
     const auto mesh = withNormals(makeSphere(1, 1));
     ShapeIndex shapeIndex(mesh.get());
@@ -175,6 +185,33 @@ TEST(ShapeIndex, IsHalfWhereTheSquareOfTheMeanIsBelowTheGaussian) {
     ShapeIndex shapeIndex(mesh.get());
     shapeIndex.compute();
     expectNoCurvature(*mesh, 0);
+}
+
+/// A pyramid whose tip has a normal for which the square of the mean curvature is the Gaussian one to the last bit.
+std::unique_ptr<Object3D> makeUmbilicTip(float side) {
+    auto mesh =
+        makeMesh({0, 0, 0x1.e8p-3F, 1, 0, 0, 0, 1, 0, -1, 0, 0, 0, -1, 0}, {0, 1, 2, 0, 2, 3, 0, 3, 4, 0, 4, 1});
+    mesh->vertexNormals = makeZeroedArray<float>(15);
+    for (std::size_t i = 0; i < 5; ++i) {
+        mesh->vertexNormals[3 * i + 2] = side;
+    }
+    mesh->vertexNormals[0] = 0x1.2e2e72p-1F * side;
+    mesh->vertexNormals[1] = 0x1.30839p-12F * side;
+    return mesh;
+}
+
+TEST(ShapeIndex, IsZeroOrOneWhereAllDirectionsCurveAlike) {
+    for (const float side : {1.0F, -1.0F}) {
+        const auto tip = makeUmbilicTip(side);
+        const PlainCurvature estimate = plainCurvature(*tip);
+        ASSERT_EQ(estimate.unzeroedMean[0] * estimate.unzeroedMean[0], estimate.unzeroedGaussian[0]);
+        ShapeIndex(tip.get()).compute();
+        EXPECT_NEAR(static_cast<double>(tip->shapeIndex[0]), side > 0 ? 0 : 1, 2e-8);
+        EXPECT_GT(tip->meanCurvature[0] * side, 0.5F);
+        EXPECT_EQ(tip->minimumCurvature[0], tip->meanCurvature[0]);
+        EXPECT_EQ(tip->maximumCurvature[0], tip->meanCurvature[0]);
+        EXPECT_GT(tip->gaussianCurvature[0], 0.3F);
+    }
 }
 
 TEST(ShapeIndex, TellsBumpsFromHollows) {
