@@ -121,6 +121,16 @@ TEST_F(HostConditions, TenThousandFrameReadsNeedNoMoreMemoryThanTen) {
     }
 }
 
+TEST_F(HostConditions, RandomOffsetsLeaveTheHostsRandomNumbersAlone) {
+    std::srand(7);
+    const int first = std::rand();
+    const int second = std::rand();
+    std::srand(7);
+    EXPECT_EQ(std::rand(), first);
+    ASSERT_EQ(run(TALVEK_MODE_OFFSETTING, TALVEK_MODEL_RANDOM_OFFSET), TALVEK_OK);
+    EXPECT_EQ(std::rand(), second);
+}
+
 TEST_F(HostConditions, ACommaLocaleChangesNothing) {
     ASSERT_EQ(run(TALVEK_MODE_MESH_DATA, TALVEK_MODEL_ACID_RAIN), TALVEK_OK);
     ASSERT_EQ(TALVEK_CALL(talvekSaveParams)(), TALVEK_OK);

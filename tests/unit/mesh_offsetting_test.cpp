@@ -8,6 +8,7 @@
 #include "api/session.h"
 #include "mesh/shape_index.h"
 #include "support/meshes.h"
+#include "support/peak_memory.h"
 #include "support/runs.h"
 #include "weathering/gaussian_offset.h"
 #include "weathering/random.h"
@@ -87,6 +88,19 @@ TEST(ConstantOffset, OfZeroLeavesTheGeometry) {
     EXPECT_EQ(run.frameText(1), run.summaryText('i'));
     EXPECT_EQ(run.frameText(2), run.summaryText('i'));
     EXPECT_EQ(run.summaryText('w'), run.summaryText('i'));
+}
+
+TEST(ConstantOffset, IsReportedBeforeItIsNarrowed) {
+    StoneRun run(*makePlane(1));
+    ASSERT_EQ(run.start(), TALVEK_OK);
+    EpochRecord& epoch = session().epochTable.epoch(1);
+    epoch.values = {1000, 1234.567891, 1234.567892, 1234.567893, 1234.567894};
+    ASSERT_EQ(talvekStart(), TALVEK_OK);
+    EXPECT_NE(run.log().find("offset per day: 1234.567891\ndelta const= 1234567.891000\ndelta mean= 1234567.892000\n"
+                             "delta sigma = 1234567.893000\ndelta smooth = 1234567.894000\n"),
+              std::string::npos);
+    // The nearest single-precision number to the delta is 1234567.875.
+    EXPECT_EQ(run.frame(1)->vertices[2], 1234567.875F);
 }
 
 TEST(RandomOffset, WithoutSpreadMovesByTheMean) {
@@ -182,6 +196,29 @@ TEST(Smoothing, WithAPositiveAmountRoughens) {
     run.environment = {{0, 0, 0, 0.2F}};
     ASSERT_EQ(run.start(), TALVEK_OK);
     EXPECT_GT(radiusSpread(*run.frame(1)), radiusSpread(*LoadMeshFile(run.meshName().c_str())));
+}
+
+/// By how much a run's memory grows at most.
+std::int64_t memoryOfSmoothing(const Object3D& mesh, std::int32_t epochs) {
+    StoneRun run(mesh);
+    run.model = TALVEK_MODEL_SMOOTHING;
+    run.epochs = epochs;
+    ::testing::internal::CaptureStdout();
+    const PeakMemory memory;
+    EXPECT_EQ(run.start(), TALVEK_OK);
+    const std::int64_t growth = memory.growth();
+    ::testing::internal::GetCapturedStdout();
+    return growth;
+}
+
+// A thousand epochs' shape indices of this mesh would take ten megabytes.
+TEST(Smoothing, OverAThousandEpochsNeedsNoMoreMemoryThanOverFour) {
+    if (!kKnowsPeakMemory) {
+        GTEST_SKIP() << "the memory of this process cannot be told";
+    }
+    const auto mesh = makeSphere(10, 4);
+    const std::int64_t few = memoryOfSmoothing(*mesh, 4);
+    EXPECT_LT(memoryOfSmoothing(*mesh, 1000), few + 4'000'000);
 }
 
 TEST(MeshOffsetting, WritesTheFramesOfAnyRun) {
