@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "support/meshes.h"
+#include "support/peak_memory.h"
 #include "support/plain_curvature.h"
 #include "support/random_numbers.h"
 
@@ -76,6 +77,18 @@ TEST(OneRings, HoldAHundredThousandNeighbours) {
         ASSERT_EQ(hub[static_cast<std::size_t>(i)], i + 1);
     }
     EXPECT_EQ(ringOf(rings, 2), (Ring{0, 1, 3}));
+}
+
+// Six entries for each face while edges are collected, and 12 bytes for each vertex: 36 bytes for a face of a fan.
+TEST(OneRings, NeedMemoryInProportionToTheFaces) {
+    if (!kKnowsPeakMemory) {
+        GTEST_SKIP() << "the memory of this process cannot be told";
+    }
+    constexpr std::int32_t kRim = 1000000;
+    const auto fan = makeFan(kRim);
+    const PeakMemory memory;
+    const OneRings rings(*fan);
+    EXPECT_LT(memory.growth(), 40 * std::int64_t{kRim});
 }
 
 TEST(OneRings, AgreeWithTheListsFoundBySearching) {
