@@ -1,5 +1,6 @@
 #include "cli/fixtures.h"
 
+#include "cli/map_fixtures.h"
 #include "support/meshes.h"
 
 namespace talvek::test {
@@ -158,6 +159,7 @@ void writeFixtures(const TempFolder& folder) {
     writePlyFixtures(folder);
     writeBinaryFixtures(folder);
     writeObjFixtures(folder);
+    writeMapFixtures(folder);
     writeFile(folder.file("two.cfg"),
               "mode = 1;\nmodel = 1;\nmtl = 0.14, 0.11, 544.3, 312, 375, 2452, 100.9, 2.714;\nepcs = 2;\n"
               "epc_1 = 100, 4e-13, 1e-12, 1, 5;\nepc_2 = 200, 4e-13, 1e-12, 1, 5;\n");
