@@ -8,6 +8,7 @@
 #include "talvek/exit_status.h"
 #include "talvek/frame_check.h"
 #include "talvek/library_lines.h"
+#include "talvek/log_check.h"
 #include "talvek/mesh_file.h"
 #include "talvek/messages.h"
 #include "talvek/paths.h"
@@ -71,6 +72,7 @@ struct PreparedRun {
 PreparedRun prepare(const RunOptions& options, const SessionPlan& plan) {
     PreparedRun run{RunFiles(options.mesh), plan, options.keepInputFrame, std::nullopt};
     requireDefinedPair(plan, options);
+    requireFreeLog(options, run.files, run.numEpochs());
     if (lowerCaseExtension(options.mesh) == ".ply") {
         throw Failure(kExitMesh,
                       options.mesh + ": the simulation does not read PLY files; talvek convert makes an OBJ of it");

@@ -13,6 +13,7 @@ namespace fs = std::filesystem;
 RunFiles::RunFiles(std::string meshName) : mesh(std::move(meshName)) {
     const std::string base = mesh.substr(0, mesh.rfind('.'));
     mineralMap = base + ".bmp";
+    parameters = base + ".cfg";
     log = base + ".inf";
     firstSurface = mesh + ".obj_i.obj";
     lastSurface = mesh + ".obj_w.obj";

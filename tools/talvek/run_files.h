@@ -15,6 +15,8 @@ struct RunFiles {
 
     std::string mesh;
     std::string mineralMap;
+    /// Where --save-config writes.
+    std::string parameters;
     std::string log;
     std::string firstSurface;
     std::string lastSurface;
