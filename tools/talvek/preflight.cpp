@@ -10,7 +10,6 @@
 #include "talvek/frame_size.h"
 #include "talvek/mesh_survey.h"
 #include "talvek/messages.h"
-#include "talvek/mineral_map_file.h"
 #include "talvek/paths.h"
 #include "weathering/mineral_offsets.h"
 #include "weathering/rates.h"
@@ -85,14 +84,15 @@ void requireSuitableMesh(const SessionPlan& plan, const Object3D& mesh, const Ru
     }
 }
 
-void requireMineralMap(const SessionPlan& plan, const RunOptions& options, const RunFiles& files) {
+std::optional<MapToPlace> requireMineralMap(const SessionPlan& plan, const RunOptions& options, const RunFiles& files) {
     if (!needsMap(plan)) {
-        return;
+        return std::nullopt;
     }
     if (!options.mineralMap.empty()) {
-        placeMineralMap(options.mineralMap, files.mineralMap, options.replaceMap);
+        return usableMapFrom(options.mineralMap, files.mineralMap, options.replaceMap);
     }
     requireUsableMap(files.mineralMap);
+    return std::nullopt;
 }
 
 namespace {
@@ -111,13 +111,14 @@ void requireWritableFolder(const RunFiles& files) {
 
 }  // namespace
 
-void requireRoom(const SessionPlan& plan, const Object3D& mesh, const RunFiles& files, bool withInputFrame) {
+void requireRoom(const SessionPlan& plan, const Object3D& mesh, const RunFiles& files, bool withInputFrame,
+                 std::uint64_t besides) {
     requireWritableFolder(files);
     const std::uint64_t each =
         plan.mode == TALVEK_MODE_QEMSCAN ? std::max(gridFrameBytes(mesh), frameBytes(mesh)) : frameBytes(mesh);
     const std::vector<std::string> names =
         outputFiles(files, static_cast<std::int32_t>(plan.epochs.size()), withInputFrame);
-    const std::uint64_t needed = roomNeeded(names, each);
+    const std::uint64_t needed = roomNeeded(names, each) + besides;
     std::error_code isUnknown;
     const fs::space_info space = fs::space(files.folder, isUnknown);
     if (!isUnknown && space.available < needed) {

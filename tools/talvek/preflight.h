@@ -1,10 +1,12 @@
 // What is looked into before a run, so that a run that cannot work is refused at once and with a reason.
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <string>
-#include <vector>
 
 #include "mesh/object3d.h"
+#include "talvek/mineral_map_file.h"
 #include "talvek/run_files.h"
 #include "talvek/run_options.h"
 #include "talvek/session_plan.h"
@@ -17,12 +19,14 @@ void requireDefinedPair(const SessionPlan& plan, const RunOptions& options);
 /// Throws Failure where the mesh does not carry what the mode needs.
 void requireSuitableMesh(const SessionPlan& plan, const Object3D& mesh, const RunFiles& files);
 
-/// In the modes that read a mineral map: puts the one of the options in place and throws Failure unless there is a map
-/// that can be used.
-void requireMineralMap(const SessionPlan& plan, const RunOptions& options, const RunFiles& files);
+/// In the modes that read a mineral map: throws Failure unless there is one that can be used. Returns the one of the
+/// options where it is still to be put in place.
+std::optional<MapToPlace> requireMineralMap(const SessionPlan& plan, const RunOptions& options, const RunFiles& files);
 
-/// Throws Failure unless files can be created in the folder and the disk has room for the frames.
-void requireRoom(const SessionPlan& plan, const Object3D& mesh, const RunFiles& files, bool withInputFrame);
+/// Throws Failure unless files can be created in the folder and the disk has room for the frames and for as many bytes
+/// besides.
+void requireRoom(const SessionPlan& plan, const Object3D& mesh, const RunFiles& files, bool withInputFrame,
+                 std::uint64_t besides = 0);
 
 /// The amount by which an epoch moves the surface, as far as it can be told beforehand, in millimetres; nothing for
 /// smoothing, where it depends on the curvature.

@@ -80,14 +80,17 @@ PreparedRun prepare(const RunOptions& options, const SessionPlan& plan) {
     const std::unique_ptr<Object3D> mesh = readMesh(options.mesh);
     requireSuitableMesh(plan, *mesh, run.files);
     requireFiniteDeltas(plan);
-    requireMineralMap(plan, options, run.files);
-    requireRoom(plan, *mesh, run.files, run.withInputFrame);
+    const std::optional<MapToPlace> map = requireMineralMap(plan, options, run.files);
+    requireRoom(plan, *mesh, run.files, run.withInputFrame, map ? map->bytes.size() : 0);
     const std::string warning = roundingWarning(plan, *mesh);
     if (!warning.empty()) {
         printWarning(warning);
     }
     if (plan.mode != TALVEK_MODE_QEMSCAN) {
         run.counts = ExpectedCounts{mesh->numVertices, mesh->numFaces};
+    }
+    if (map) {
+        placeMap(*map);
     }
     return run;
 }
@@ -100,11 +103,22 @@ std::size_t countNewFrames(const PreparedRun& run, const FrameCheck& frames) {
     return count;
 }
 
+/// The library goes on without a map that it cannot read, and the stone would be another one. Throws Failure then.
+void requireMapWasLoaded(std::string_view line, const RunFiles& files) {
+    if (line.starts_with("Mineral map ") && line.ends_with(" NOT loaded!")) {
+        throw Failure(kExitRefused, files.mineralMap +
+                                        ": the mineral map was usable before the run, and the library could not read "
+                                        "it any more; what this run has written is that of a stone without a map; look "
+                                        "whether another program changes the file, and run again");
+    }
+}
+
 /// Runs the child and checks every frame as soon as the next epoch begins. Returns the child's exit status.
 int runChild(const PreparedRun& run, const RunOptions& options, const std::vector<std::string>& arguments,
              FrameCheck& frames) {
     ProgressLine progress(run.numEpochs(), hasTerminal() && !options.isVerbose);
     LibraryLines lines(options.log, options.isVerbose, [&](std::string_view line) {
+        requireMapWasLoaded(line, run.files);
         if (const std::optional<std::int32_t> epoch = announcedEpoch(line)) {
             progress.show(*epoch);
             if (*epoch > 1) {

@@ -151,11 +151,12 @@ void addFiles(CLI::App& command, RunOptions& options) {
     command.add_flag("--save-config", options.saveConfig,
                      "Write the parameters beside the mesh, as MESH's name with .cfg");
     command.add_flag("--keep-input-frames", options.keepInputFrame, "Also write the input surface as frame 0");
-    command
-        .add_option("--mineral-map", options.mineralMap,
-                    "Modes 2 and 3: bitmap or PNG to put beside the mesh as its mineral map")
-        ->type_name("FILE");
-    command.add_flag("--replace-map", options.replaceMap, "Let --mineral-map replace another map beside the mesh");
+    CLI::Option* map = command
+                           .add_option("--mineral-map", options.mineralMap,
+                                       "Modes 2 and 3: bitmap or PNG to put beside the mesh as its mineral map")
+                           ->type_name("FILE");
+    command.add_flag("--replace-map", options.replaceMap, "Let --mineral-map replace another map beside the mesh")
+        ->needs(map);
     command.add_option("--log", options.log, "Write the library's lines to a file")->type_name("FILE");
     command.add_flag("--verbose", options.isVerbose, "Write the library's lines to standard output");
 }
