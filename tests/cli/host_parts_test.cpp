@@ -74,6 +74,13 @@ TEST(Preflight, DiskWithoutRoomIsRefusedAndTheNeedNamed) {
     }
 }
 
+TEST(Preflight, WhatIsWrittenBesidesTheFramesNeedsRoomToo) {
+    TempFolder folder;
+    const host::RunFiles files(folder.file("stone.obj"));
+    const std::uint64_t available = std::filesystem::space(folder.path()).available;
+    EXPECT_THROW(host::requireRoom(planOf(1), *makeCube(1), files, false, 2 * available), host::Failure);
+}
+
 TEST(Preflight, RunFitsWhereThereIsRoom) {
     TempFolder folder;
     EXPECT_NO_THROW(host::requireRoom(planOf(2), *makeCube(1), host::RunFiles(folder.file("stone.obj")), true));

@@ -10,6 +10,7 @@
 
 #include "cli/fixtures.h"
 #include "cli/program.h"
+#include "support/bitmaps.h"
 #include "support/other_user.h"
 #include "support/test_files.h"
 #include "talvek/exit_status.h"
@@ -76,6 +77,17 @@ TEST_F(MapEnd, FolderThatMayNotBeWrittenIsToldBeforeTheMapIsReplaced) {
                         "no file can be created in this folder"));
     EXPECT_EQ(readFile(folder_.file("textured.bmp")), map_);
     EXPECT_EQ(folder_.listing(), before);
+}
+
+TEST_F(MapEnd, MapThatDoesNotFitOnTheDiskLeavesTheOldOne) {
+    writeFile(folder_.file("large.bmp"), bitmapBytes(plainBitmap(32, 32, kWhite)));
+    EXPECT_TRUE(holdsUnder(Restriction::kFilesUpTo1000Bytes, [this] {
+        const ProgramResult result = runProgram({"run", folder_.file("textured.obj"), "--mode", "3", "--mineral-map",
+                                                 folder_.file("large.bmp"), "--replace-map"});
+        return result.end.code == host::kExitOutput && result.output.find("for room on the disk") != std::string::npos;
+    }));
+    EXPECT_EQ(readFile(folder_.file("textured.bmp")), map_);
+    EXPECT_EQ(folder_.listing().find(".tmp"), std::string::npos) << folder_.listing();
 }
 
 std::string restOf(host::ChildProcess& program) {
