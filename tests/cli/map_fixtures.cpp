@@ -91,7 +91,7 @@ void writeBitmaps(const TempFolder& folder) {
     writeFile(folder.file("cut8.bmp"), palette.substr(0, palette.size() - 1));
     writeFile(folder.file("rle.bmp"), eightBits(true));
     writeFile(folder.file("top.bmp"), topDown());
-    writeFile(folder.file("wide.bmp"), bits32());
+    writeFile(folder.file("bits.bmp"), bits32());
     writeFile(folder.file("mono.bmp"), mono());
     writeFile(folder.file("cutmap.bmp"), rows.substr(0, rows.size() - 1));
 }
@@ -116,7 +116,7 @@ void writeMapFixtures(const TempFolder& folder) {
     writePngs(folder);
     writeFile(folder.file("photo.jpg"), "\xFF\xD8\xFF\xE0");
     std::filesystem::create_directory(folder.file("folder.bmp"));
-    for (const char* name : {"top.obj", "wide.obj", "mono.obj", "cutmap.obj", "pngmap.obj", "folder.obj"}) {
+    for (const char* name : {"top.obj", "bits.obj", "mono.obj", "cutmap.obj", "pngmap.obj", "folder.obj"}) {
         std::filesystem::copy_file(folder.file("textured.obj"), folder.file(name));
     }
 }

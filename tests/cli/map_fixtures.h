@@ -14,7 +14,7 @@ namespace talvek::test {
 ///   cut.bmp           rows.bmp without its end; cut8.bmp: the same of a map of 8 bits per pixel; rle.bmp: compressed
 ///   cut.png, crc.png  half.png without its end, half.png with a changed byte; huge.png: more pixels than fit
 ///   photo.jpg         the beginning of a JPEG
-/// And meshes with such maps beside them: top.obj (topdown.bmp), wide.obj (bits32.bmp), mono.obj, cutmap.obj (cut.bmp),
+/// And meshes with such maps beside them: top.obj (topdown.bmp), bits.obj (bits32.bmp), mono.obj, cutmap.obj (cut.bmp),
 /// pngmap.obj (a PNG under the bitmap's name), folder.obj (a folder under the bitmap's name).
 void writeMapFixtures(const TempFolder& folder);
 
