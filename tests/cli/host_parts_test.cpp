@@ -8,6 +8,7 @@
 #include "support/meshes.h"
 #include "support/test_files.h"
 #include "talvek/exit_status.h"
+#include "talvek/frame_check.h"
 #include "talvek/frame_size.h"
 #include "talvek/preflight.h"
 #include "talvek/progress.h"
@@ -33,6 +34,21 @@ TEST(FrameSize, ReplacedFilesGiveTheirRoomBack) {
     // One surface is always written beside what it replaces.
     EXPECT_EQ(host::roomNeeded({folder.file("new")}, 100), 200U);
     EXPECT_EQ(host::roomNeeded({folder.file("new"), folder.file("old"), folder.file("longer")}, 100), 100U + 100 + 70);
+}
+
+/// A run on the grid can lose its last vertices on the way, which no look at the input tells.
+TEST(FrameCheck, FrameWithoutVerticesIsTold) {
+    TempFolder folder;
+    const std::string name = folder.file("frame.obj");
+    host::FrameCheck frames({name}, std::nullopt);
+    writeFile(name, "# 0 vertices\n");
+    try {
+        frames.check(name);
+        FAIL();
+    } catch (const host::Failure& failure) {
+        EXPECT_EQ(failure.status(), host::kExitNoVertices);
+        EXPECT_NE(std::string(failure.what()).find("the frame holds no vertices"), std::string::npos);
+    }
 }
 
 host::SessionPlan planOf(std::size_t epochs) {

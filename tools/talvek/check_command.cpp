@@ -42,6 +42,16 @@ void addIf(Findings& findings, std::int64_t count, const char* thing, const std:
     }
 }
 
+void checkTexture(const TextureSurvey& survey, Findings& findings) {
+    addIf(findings, survey.absent, "face", "naming texture coordinates that are not there");
+    if (survey.faces > 0) {
+        addIf(findings, survey.without, "face", "without texture coordinates, which others have");
+    }
+    addIf(findings, survey.unused, "texture coordinate", "that no face uses");
+    addIf(findings, survey.outside, "face", "with texture coordinates outside [0, 1), where no mineral map lies");
+    addIf(findings, survey.clockwise, "face", "clockwise in texture space, which mode 2 passes over");
+}
+
 void checkSurface(const Object3D& mesh, Findings& findings) {
     const MeshSurvey survey = surveyMesh(mesh);
     if (mesh.numFaces == 0 || mesh.numVertices == 0) {
@@ -60,9 +70,7 @@ void checkSurface(const Object3D& mesh, Findings& findings) {
     addIf(findings, survey.vertices.unreferenced, "vertex position", "that no face uses and that stays in place");
     addIf(findings, survey.vertices.duplicate, "vertex position",
           "shared with another vertex; where surfaces only seem joined they come apart as they move");
-    addIf(findings, survey.texture.outside, "face",
-          "with texture coordinates outside [0, 1), where no mineral map lies");
-    addIf(findings, survey.texture.clockwise, "face", "clockwise in texture space, which mode 2 passes over");
+    checkTexture(survey.texture, findings);
 }
 
 int print(const std::string& path, const Findings& findings, const Object3D* mesh) {

@@ -7,8 +7,8 @@
 
 #include "base/number_text.h"
 #include "base/system.h"
-#include "talvek/mesh_survey.h"
 #include "talvek/paths.h"
+#include "talvek/texture_survey.h"
 
 namespace talvek::host {
 
@@ -57,7 +57,7 @@ std::uint64_t frameBytes(const Object3D& mesh) {
 }
 
 std::uint64_t gridFrameBytes(const Object3D& mesh) {
-    const double covered = surveyMesh(mesh).texture.coverage;
+    const double covered = surveyTexture(mesh).coverage;
     const double cells = kGridCells * (covered < 1 ? covered : 1);
     const double perVertex =
         mesh.numVertices > 0 ? static_cast<double>(vertexBytes(mesh)) / static_cast<double>(mesh.numVertices) : 0;

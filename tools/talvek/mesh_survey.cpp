@@ -114,40 +114,6 @@ FaceSurvey surveyFaces(const Object3D& mesh) {
     return survey;
 }
 
-void addTexturedFace(TextureSurvey& survey, const std::array<std::array<double, 2>, 3>& corners) {
-    bool isOutside = false;
-    for (const auto& [u, t] : corners) {
-        isOutside = isOutside || !(u >= 0 && u < 1 && t >= 0 && t < 1);
-    }
-    const auto& [a, b, c] = corners;
-    const double area = ((b[0] - a[0]) * (c[1] - a[1]) - (c[0] - a[0]) * (b[1] - a[1])) / 2;
-    ++survey.faces;
-    survey.outside += isOutside ? 1 : 0;
-    survey.clockwise += area < 0 ? 1 : 0;
-    survey.coverage += std::isfinite(area) ? std::abs(area) : 0;
-}
-
-TextureSurvey surveyTexture(const Object3D& mesh) {
-    TextureSurvey survey;
-    const std::int32_t* index = mesh.texelIndex != nullptr ? mesh.texelIndex.get() : mesh.vertexIndex.get();
-    for (std::int64_t face = 0; mesh.texels != nullptr && face < mesh.numFaces; ++face) {
-        std::array<std::array<double, 2>, 3> corners{};
-        bool isWhole = true;
-        for (std::size_t k = 0; k < 3; ++k) {
-            const std::int32_t texel = index[3 * face + static_cast<std::int64_t>(k)];
-            isWhole = isWhole && texel >= 0 && texel < mesh.numTexels;
-            if (isWhole) {
-                const float* at = mesh.texels.get() + 2 * std::int64_t{texel};
-                corners[k] = {static_cast<double>(at[0]), static_cast<double>(at[1])};
-            }
-        }
-        if (isWhole) {
-            addTexturedFace(survey, corners);
-        }
-    }
-    return survey;
-}
-
 }  // namespace
 
 MeshSurvey surveyMesh(const Object3D& mesh) {

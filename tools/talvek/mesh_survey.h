@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "mesh/object3d.h"
+#include "talvek/texture_survey.h"
 
 namespace talvek::host {
 
@@ -36,17 +37,6 @@ struct FaceSurvey {
     /// The first of them, counted from 0; -1 when there is none.
     std::int64_t firstDegenerate = -1;
     double area = 0;
-};
-
-struct TextureSurvey {
-    /// Faces whose three corners have texels.
-    std::int64_t faces = 0;
-    /// Of these, faces with a corner outside [0, 1).
-    std::int64_t outside = 0;
-    /// Of these, faces that run clockwise in texture space, which mode 2 passes over.
-    std::int64_t clockwise = 0;
-    /// The area of texture space that the faces cover, counting what is covered twice twice.
-    double coverage = 0;
 };
 
 struct MeshSurvey {

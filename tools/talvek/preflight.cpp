@@ -8,10 +8,10 @@
 #include "base/system.h"
 #include "talvek/exit_status.h"
 #include "talvek/frame_size.h"
-#include "talvek/mesh_survey.h"
 #include "talvek/messages.h"
+#include "talvek/mode_names.h"
 #include "talvek/paths.h"
-#include "weathering/mineral_offsets.h"
+#include "talvek/texture_check.h"
 #include "weathering/rates.h"
 
 namespace talvek::host {
@@ -22,8 +22,6 @@ namespace {
 
 using Family = ModelChoice::Family;
 
-constexpr const char* kModeNames[] = {"0 (offsetting)", "1 (mesh)", "2 (qemscan)", "3 (grain-weaver)"};
-
 bool isOffsetting(const SessionPlan& plan) {
     return plan.mode == TALVEK_MODE_OFFSETTING;
 }
@@ -32,17 +30,11 @@ bool needsMap(const SessionPlan& plan) {
     return plan.mode == TALVEK_MODE_QEMSCAN || plan.mode == TALVEK_MODE_GRAIN_WEAVER;
 }
 
-/// The grid of mode 2 takes the vertices' own numbers where faces name no texels.
-bool isTextured(const SessionPlan& plan, const Object3D& mesh) {
-    return plan.mode == TALVEK_MODE_QEMSCAN ? mesh.texels != nullptr && surveyMesh(mesh).texture.faces > 0
-                                            : hasTexture(mesh) && surveyMesh(mesh).texture.faces > 0;
-}
-
 void requireOwnOptions(const std::array<EpochValues, TALVEK_EPOCH_PARAMS>& given, const char* const* names,
                        const SessionPlan& plan) {
     for (std::size_t i = 0; i < given.size(); ++i) {
         if (!given[i].empty()) {
-            throw Failure(kExitUsage, std::string(names[i]) + " has no effect in mode " + kModeNames[plan.mode] +
+            throw Failure(kExitUsage, std::string(names[i]) + " has no effect in " + modeName(plan.mode) +
                                           "; leave it out or choose another mode");
         }
     }
@@ -56,13 +48,11 @@ void requireDefinedPair(const SessionPlan& plan, const RunOptions& options) {
     const std::int32_t undefined = isOffsetting(plan) ? 3 : 0;
     if (plan.model == undefined || (given != Family::kAny && given != wanted)) {
         throw Failure(kExitUndefinedModel,
-                      std::string("this model is not defined in mode ") + kModeNames[plan.mode] +
-                          (isOffsetting(plan) ? "; models are 0 (constant), 1 (random), 2 (smoothing)"
-                                              : "; models are 1 (so2), 2 (so2-no2), 3 (acid-rain)"));
+                      "this model is not defined in " + modeName(plan.mode) + "; " + modelsOf(plan.mode));
     }
     if (!needsMap(plan) && !options.mineralMap.empty()) {
-        throw Failure(kExitUsage, std::string("--mineral-map has no effect in mode ") + kModeNames[plan.mode] +
-                                      "; leave it out or choose mode 2 or 3");
+        throw Failure(kExitUsage,
+                      "--mineral-map has no effect in " + modeName(plan.mode) + "; leave it out or choose mode 2 or 3");
     }
     if (isOffsetting(plan)) {
         requireOwnOptions(options.environment, kEnvironmentOptions, plan);
@@ -77,10 +67,8 @@ void requireSuitableMesh(const SessionPlan& plan, const Object3D& mesh, const Ru
                                      countOf(static_cast<std::uint64_t>(mesh.numFaces), "face") + " on " +
                                      std::to_string(mesh.numVertices) + " vertices; there is no surface to weather");
     }
-    if (needsMap(plan) && !isTextured(plan, mesh)) {
-        throw Failure(kExitRefused, files.mesh + ": mode " + kModeNames[plan.mode] +
-                                        " needs texture coordinates, and this mesh has none; export it with texture "
-                                        "coordinates, or use mode 1 (mesh)");
+    if (needsMap(plan)) {
+        requireUsableTexture(plan.mode, mesh, files.mesh);
     }
 }
 

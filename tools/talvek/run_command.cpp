@@ -16,6 +16,7 @@
 #include "talvek/progress.h"
 #include "talvek/run_files.h"
 #include "talvek/session_plan.h"
+#include "talvek/texture_check.h"
 
 namespace talvek::host {
 
@@ -69,6 +70,12 @@ struct PreparedRun {
     std::vector<std::string> outputs() const { return outputFiles(files, numEpochs(), withInputFrame); }
 };
 
+void printUnlessEmpty(const std::string& warning) {
+    if (!warning.empty()) {
+        printWarning(warning);
+    }
+}
+
 PreparedRun prepare(const RunOptions& options, const SessionPlan& plan) {
     PreparedRun run{RunFiles(options.mesh), plan, options.keepInputFrame, std::nullopt};
     requireDefinedPair(plan, options);
@@ -82,10 +89,8 @@ PreparedRun prepare(const RunOptions& options, const SessionPlan& plan) {
     requireFiniteDeltas(plan);
     const std::optional<MapToPlace> map = requireMineralMap(plan, options, run.files);
     requireRoom(plan, *mesh, run.files, run.withInputFrame, map ? map->bytes.size() : 0);
-    const std::string warning = roundingWarning(plan, *mesh);
-    if (!warning.empty()) {
-        printWarning(warning);
-    }
+    printUnlessEmpty(textureWarning(plan.mode, *mesh));
+    printUnlessEmpty(roundingWarning(plan, *mesh));
     if (plan.mode != TALVEK_MODE_QEMSCAN) {
         run.counts = ExpectedCounts{mesh->numVertices, mesh->numFaces};
     }
