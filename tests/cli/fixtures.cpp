@@ -133,6 +133,25 @@ void writeTextureFixtures(const TempFolder& folder) {
     writeFile(folder.file("absent.obj"), square + "vt 0.5 0.5\nf 1/2 2/2 4/2\nf 1/2 4/2 3/2\n");
 }
 
+constexpr const char* kTetrahedron = "v 0 0 0\nv 9 0 0\nv 0 9 0\nv 0 0 9\nf 1 3 2\nf 1 2 4\nf 1 4 3\nf 2 3 4\n";
+
+void writeFiniteFixtures(const TempFolder& folder) {
+    // Every face lies back to back with another one.
+    const std::string doubled = std::string(kTetrahedron) + "f 2 3 1\nf 4 2 1\nf 3 4 1\nf 4 3 2\n";
+    writeFile(folder.file("doubled.obj"), doubled);
+    writeFile(folder.file("lost.obj"),
+              doubled + "v 20 0 0\nv 29 0 0\nv 20 9 0\nv 20 0 9\nf 5 7 6\nf 5 6 8\nf 5 8 7\nf 6 7 8\n");
+    writeFile(folder.file("torn.obj"), "v nan 0 0\nv 1 0 0\nv 0 1 0\nv 5 0 0\nv 6 0 0\nv 5 1 0\nf 1 2 3\nf 4 5 6\n");
+    writeFile(folder.file("wide.obj"), "v 1e6 1e6 0\nv 1000009 1e6 0\nv 1e6 1000009 9\nf 1 2 3\n");
+    writeFile(folder.file("unplaced.obj"), "v nan 0 0\nv 1 inf 0\nv 0 1 nan\nf 1 2 3\n");
+    const std::string head =
+        "mode = 1;\nmodel = 3;\nmtl = 0.14, 0.11, 544.3, 312, 375, 2452, 100.9, 2.714;\nepcs = 2;\n";
+    writeFile(folder.file("negative.cfg"),
+              head + "epc_1 = 100, 4e-13, 1e-12, 1, 5;\nepc_2 = -4, 4e-13, 1e-12, 1, 5;\n");
+    writeFile(folder.file("nan.cfg"), head + "epc_0 = nan, 4e-13, 1e-12, 1, 5;\n");
+    writeFile(folder.file("gas.cfg"), head + "epc_0 = 10, nan, 1e-12, 1, 5;\n");
+}
+
 void writePlyFixtures(const TempFolder& folder) {
     const std::string text = kTextPly;
     writeFile(folder.file("text.ply"), text);
@@ -178,6 +197,7 @@ void writeFixtures(const TempFolder& folder) {
               "v 0 0 0\nv 10 0 0\nv 0 10 0\nv 10 10 0\nvt 0 0\nvt 0.4 0\nvt 0.4 1\nvt 0.5 0\n"
               "vt 0.9 1\nvt 0.5 1\nf 1/1 2/2 4/3\nf 1/4 4/5 3/6\n");
     writeTextureFixtures(folder);
+    writeFiniteFixtures(folder);
     writePlyFixtures(folder);
     writeBinaryFixtures(folder);
     writeObjFixtures(folder);

@@ -10,6 +10,7 @@
 #include "talvek/exit_status.h"
 #include "talvek/frame_check.h"
 #include "talvek/frame_size.h"
+#include "talvek/movement_check.h"
 #include "talvek/preflight.h"
 #include "talvek/progress.h"
 #include "talvek/run_files.h"
@@ -105,9 +106,7 @@ TEST(Preflight, RunFitsWhereThereIsRoom) {
 }
 
 TEST(Preflight, NoWarningWhereTheMovementShows) {
-    auto cube = makeCube(10);
-    cube->largestCoordinate = 10;
-    EXPECT_EQ(host::roundingWarning(planOf(3), *cube), "");
+    EXPECT_TRUE(host::movementWarnings(planOf(3), *makeCube(10)).empty());
 }
 
 TEST(SessionPlan, IsReadAsItWasWritten) {

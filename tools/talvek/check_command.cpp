@@ -60,6 +60,9 @@ void checkSurface(const Object3D& mesh, Findings& findings) {
         return;
     }
     addIf(findings, survey.vertices.notFinite, "vertex position", "infinite or not a number; the surface tears there");
+    addIf(findings, survey.vertices.withoutNormal, "vertex position",
+          "without a normal: the faces around cancel out or have no area; nothing moves such a vertex, and smoothing "
+          "loses it");
     addIf(findings, survey.faces.degenerate, "face",
           "without an area, the first of them face " + std::to_string(survey.faces.firstDegenerate + 1) +
               "; such faces have no direction and hold their vertices' normals back");

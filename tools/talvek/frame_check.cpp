@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cmath>
 #include <system_error>
 #include <thread>
 
@@ -75,27 +74,6 @@ void FrameCheck::check(const std::string& name) {
         throw Failure(kExitNoVertices, name + ": the frame holds no vertices; in mode 2 the faces have to lie in " +
                                            "[0, 1) of texture space and run counter-clockwise there");
     }
-}
-
-std::optional<Displacement> displacement(const std::string& from, const std::string& to) {
-    const std::unique_ptr<Object3D> first = LoadMeshFile(from.c_str());
-    const std::unique_ptr<Object3D> last = LoadMeshFile(to.c_str());
-    if (first == nullptr || last == nullptr || first->numVertices != last->numVertices || first->numVertices == 0) {
-        return std::nullopt;
-    }
-    Displacement result;
-    for (std::size_t i = 0; i < first->vertexSpan().size(); i += 3) {
-        double square = 0;
-        for (std::size_t k = i; k < i + 3; ++k) {
-            const double difference =
-                static_cast<double>(last->vertexSpan()[k]) - static_cast<double>(first->vertexSpan()[k]);
-            square += difference * difference;
-        }
-        result.mean += std::sqrt(square);
-        result.largest = std::max(result.largest, std::sqrt(square));
-    }
-    result.mean /= static_cast<double>(first->numVertices);
-    return result;
 }
 
 }  // namespace talvek::host

@@ -19,12 +19,6 @@ struct ExpectedCounts {
     std::int32_t faces = 0;
 };
 
-/// How far vertices lie from where they began, in millimetres.
-struct Displacement {
-    double mean = 0;
-    double largest = 0;
-};
-
 class FrameCheck {
   public:
     /// Notes which of the files stand there already, so that they are not taken for new ones. Without expected counts
@@ -42,8 +36,5 @@ class FrameCheck {
     std::unordered_map<std::string, Time> earlier_;
     std::optional<ExpectedCounts> expected_;
 };
-
-/// Compares two surfaces vertex by vertex; nothing when their counts differ or one does not load.
-std::optional<Displacement> displacement(const std::string& from, const std::string& to);
 
 }  // namespace talvek::host

@@ -84,10 +84,24 @@ void startFromDefaults(const RunOptions& options) {
     require(talvekInit(), "there is no memory for the parameters");
 }
 
+/// A parameter file can hold any days, of which neither the interface nor a summary in whole days can tell.
+void requireUsableDays(const RunOptions& options) {
+    const std::int32_t used = std::min(options.epochs.value_or(talvekGetNumEpochs()), talvekGetNumEpochs());
+    for (std::int32_t n = 1; n <= used && options.days.empty(); ++n) {
+        const std::int32_t days = talvekGetEpochTimeSpan(static_cast<std::uint32_t>(n));
+        if (days < 1 || days > TALVEK_MAX_EPOCH_DAYS) {
+            throw Failure(kExitParameters, options.config + ": the days of epoch " + std::to_string(n) +
+                                               " are not in the range 1 to " + std::to_string(TALVEK_MAX_EPOCH_DAYS) +
+                                               "; correct the file, or give --days");
+        }
+    }
+}
+
 void startFromConfig(const RunOptions& options) {
     // The library finds a parameter file by the mesh's name, so for a moment the parameter file stands for the mesh.
     require(talvekSetFileName(options.config.c_str()), options.config + ": the name is too long");
     require(talvekReadParams(), options.config + ": cannot read the parameter file");
+    requireUsableDays(options);
     setModeAndModel(options.mode.value_or(talvekGetMode()), options.model ? options.model->number : talvekGetModel());
     if (options.epochs && *options.epochs > talvekGetNumEpochs()) {
         addEpochs(*options.epochs);

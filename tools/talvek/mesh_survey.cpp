@@ -80,6 +80,16 @@ EdgeSurvey surveyEdges(const Object3D& mesh) {
     return survey;
 }
 
+bool isFinite(const Object3D& mesh, std::int32_t vertex) {
+    return std::ranges::all_of(pointOf(mesh, vertex), [](double c) { return std::isfinite(c); });
+}
+
+bool hasNoNormal(const Object3D& mesh, std::int32_t vertex) {
+    return mesh.vertexNormals != nullptr &&
+           std::ranges::all_of(mesh.normalSpan().subspan(3 * static_cast<std::size_t>(vertex), 3),
+                               [](float c) { return c == 0; });
+}
+
 VertexSurvey surveyVertices(const Object3D& mesh) {
     VertexSurvey survey;
     std::vector<bool> isReferenced(static_cast<std::size_t>(mesh.numVertices));
@@ -89,13 +99,12 @@ VertexSurvey surveyVertices(const Object3D& mesh) {
     survey.unreferenced = std::ranges::count(isReferenced, false);
     std::vector<Point> points;
     for (std::int32_t v = 0; v < mesh.numVertices; ++v) {
-        const Point point = pointOf(mesh, v);
-        if (std::ranges::all_of(point, [](double c) { return std::isfinite(c); })) {
-            points.push_back(point);
-        } else {
-            ++survey.notFinite;
+        if (isFinite(mesh, v)) {
+            points.push_back(pointOf(mesh, v));
         }
+        survey.withoutNormal += isReferenced[static_cast<std::size_t>(v)] && hasNoNormal(mesh, v) ? 1 : 0;
     }
+    survey.notFinite = countNotFinite(mesh);
     std::ranges::sort(points);
     survey.duplicate = points.end() - std::unique(points.begin(), points.end());
     return survey;
@@ -115,6 +124,14 @@ FaceSurvey surveyFaces(const Object3D& mesh) {
 }
 
 }  // namespace
+
+std::int64_t countNotFinite(const Object3D& mesh) {
+    std::int64_t count = 0;
+    for (std::int32_t vertex = 0; vertex < mesh.numVertices; ++vertex) {
+        count += isFinite(mesh, vertex) ? 0 : 1;
+    }
+    return count;
+}
 
 MeshSurvey surveyMesh(const Object3D& mesh) {
     return {boundingBox(mesh), surveyEdges(mesh), surveyVertices(mesh), surveyFaces(mesh), surveyTexture(mesh)};

@@ -29,6 +29,8 @@ struct VertexSurvey {
     std::int64_t duplicate = 0;
     /// Vertices with a coordinate that is infinite or not a number.
     std::int64_t notFinite = 0;
+    /// Vertices whose faces cancel each other out, so that they have no normal; counted where the mesh has normals.
+    std::int64_t withoutNormal = 0;
 };
 
 struct FaceSurvey {
@@ -46,6 +48,9 @@ struct MeshSurvey {
     FaceSurvey faces;
     TextureSurvey texture;
 };
+
+/// Vertices with a coordinate that is infinite or not a number.
+std::int64_t countNotFinite(const Object3D& mesh);
 
 /// Every vertex index has to lie in [0, V).
 MeshSurvey surveyMesh(const Object3D& mesh);

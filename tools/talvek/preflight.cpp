@@ -1,18 +1,16 @@
 #include "talvek/preflight.h"
 
 #include <algorithm>
-#include <cmath>
-#include <limits>
 #include <system_error>
 
 #include "base/system.h"
 #include "talvek/exit_status.h"
 #include "talvek/frame_size.h"
+#include "talvek/mesh_survey.h"
 #include "talvek/messages.h"
 #include "talvek/mode_names.h"
 #include "talvek/paths.h"
 #include "talvek/texture_check.h"
-#include "weathering/rates.h"
 
 namespace talvek::host {
 
@@ -67,6 +65,9 @@ void requireSuitableMesh(const SessionPlan& plan, const Object3D& mesh, const Ru
                                      countOf(static_cast<std::uint64_t>(mesh.numFaces), "face") + " on " +
                                      std::to_string(mesh.numVertices) + " vertices; there is no surface to weather");
     }
+    if (countNotFinite(mesh) == mesh.numVertices) {
+        throw Failure(kExitMesh, files.mesh + ": no vertex has a finite position; talvek check says more");
+    }
     if (needsMap(plan)) {
         requireUsableTexture(plan.mode, mesh, files.mesh);
     }
@@ -115,64 +116,6 @@ void requireRoom(const SessionPlan& plan, const Object3D& mesh, const RunFiles& 
                                        std::to_string(names.size()) + " surfaces of this run need about " +
                                        byteCount(static_cast<double>(needed)) + "; make room or run fewer epochs");
     }
-}
-
-std::optional<double> plannedDelta(const SessionPlan& plan, const PlannedEpoch& planned) {
-    EpochRecord epoch{};
-    epoch.values[0] = planned.days;
-    std::copy(planned.environment.begin(), planned.environment.end(), epoch.values.begin() + 1);
-    if (!isOffsetting(plan)) {
-        MaterialRecord material{};
-        std::copy(plan.material.begin(), plan.material.end(), material.values.begin());
-        return weatheringDelta(material, epoch, plan.model);
-    }
-    switch (plan.model) {
-        case TALVEK_MODEL_CONSTANT_OFFSET:
-            return epoch.constantOffset() * epoch.days();
-        case TALVEK_MODEL_RANDOM_OFFSET:
-            return (std::abs(epoch.meanOffset()) + std::abs(epoch.offsetSpread())) * epoch.days();
-        default:
-            return std::nullopt;
-    }
-}
-
-void requireFiniteDeltas(const SessionPlan& plan) {
-    for (std::size_t i = 0; i < plan.epochs.size(); ++i) {
-        const std::optional<double> delta = plannedDelta(plan, plan.epochs[i]);
-        if (delta && !(std::abs(*delta) <= std::numeric_limits<float>::max())) {
-            throw Failure(kExitRefused, "epoch " + std::to_string(i + 1) + " would move the surface by " +
-                                            briefNumber(*delta) +
-                                            " mm, which no coordinate can hold; look for a material " +
-                                            "value of 0 that divides, or for a value in the wrong unit");
-        }
-    }
-}
-
-std::string roundingWarning(const SessionPlan& plan, const Object3D& mesh) {
-    const float largest = mesh.largestCoordinate;
-    const double spacing = static_cast<double>(std::nextafter(largest, std::numeric_limits<float>::infinity())) -
-                           static_cast<double>(largest);
-    std::size_t lost = 0;
-    std::size_t first = 0;
-    double firstDelta = 0;
-    for (std::size_t i = 0; i < plan.epochs.size(); ++i) {
-        const std::optional<double> delta = plannedDelta(plan, plan.epochs[i]);
-        if (delta && std::abs(*delta) < spacing && lost++ == 0) {
-            first = i + 1;
-            firstDelta = *delta;
-        }
-    }
-    if (lost == 0) {
-        return {};
-    }
-    const BoundingBox box = boundingBox(mesh);
-    return countOf(lost, "epoch") + " of " + std::to_string(plan.epochs.size()) + " may move nothing: epoch " +
-           std::to_string(first) + " moves the surface by " + briefNumber(firstDelta) +
-           " mm, and at this mesh's coordinates (up to " + briefNumber(static_cast<double>(largest)) + " mm, size " +
-           briefNumber(static_cast<double>(box.xmax - box.xmin)) + " x " +
-           briefNumber(static_cast<double>(box.ymax - box.ymin)) + " x " +
-           briefNumber(static_cast<double>(box.zmax - box.zmin)) + " mm) single-precision numbers are " +
-           briefNumber(spacing) + " mm apart; use longer epochs, or move the mesh nearer to the origin";
 }
 
 }  // namespace talvek::host

@@ -3,7 +3,6 @@
 
 #include <cstdint>
 #include <optional>
-#include <string>
 
 #include "mesh/object3d.h"
 #include "talvek/mineral_map_file.h"
@@ -27,15 +26,5 @@ std::optional<MapToPlace> requireMineralMap(const SessionPlan& plan, const RunOp
 /// besides.
 void requireRoom(const SessionPlan& plan, const Object3D& mesh, const RunFiles& files, bool withInputFrame,
                  std::uint64_t besides = 0);
-
-/// The amount by which an epoch moves the surface, as far as it can be told beforehand, in millimetres; nothing for
-/// smoothing, where it depends on the curvature.
-std::optional<double> plannedDelta(const SessionPlan& plan, const PlannedEpoch& epoch);
-
-/// Throws Failure for an epoch that would move the surface by no finite amount.
-void requireFiniteDeltas(const SessionPlan& plan);
-
-/// A warning about epochs whose movement is lost in the rounding of the mesh's coordinates; empty when there are none.
-std::string roundingWarning(const SessionPlan& plan, const Object3D& mesh);
 
 }  // namespace talvek::host

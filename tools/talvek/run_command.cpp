@@ -11,11 +11,13 @@
 #include "talvek/log_check.h"
 #include "talvek/mesh_file.h"
 #include "talvek/messages.h"
+#include "talvek/movement_check.h"
 #include "talvek/paths.h"
 #include "talvek/preflight.h"
 #include "talvek/progress.h"
 #include "talvek/run_files.h"
 #include "talvek/session_plan.h"
+#include "talvek/surface_change.h"
 #include "talvek/texture_check.h"
 
 namespace talvek::host {
@@ -90,7 +92,9 @@ PreparedRun prepare(const RunOptions& options, const SessionPlan& plan) {
     const std::optional<MapToPlace> map = requireMineralMap(plan, options, run.files);
     requireRoom(plan, *mesh, run.files, run.withInputFrame, map ? map->bytes.size() : 0);
     printUnlessEmpty(textureWarning(plan.mode, *mesh));
-    printUnlessEmpty(roundingWarning(plan, *mesh));
+    for (const std::string& warning : movementWarnings(plan, *mesh)) {
+        printWarning(warning);
+    }
     if (plan.mode != TALVEK_MODE_QEMSCAN) {
         run.counts = ExpectedCounts{mesh->numVertices, mesh->numFaces};
     }
@@ -165,16 +169,29 @@ void checkOutputs(const PreparedRun& run, FrameCheck& frames) {
     }
 }
 
-void printDisplacement(const PreparedRun& run) {
+/// In mode 2 the frames' vertices are those of a grid.
+void printDisplacement(const PreparedRun& run, const SurfaceChange& change) {
     if (!run.counts) {
         std::printf("the frames have vertices of their own, on a grid; displacements by vertex cannot be told\n");
+    } else if (change.isByVertex && change.notFinite < change.vertices) {
+        std::printf("the surface moved by %s mm on average, by %s mm at most\n", briefNumber(change.mean).c_str(),
+                    briefNumber(change.largest).c_str());
+    }
+}
+
+/// Vertices without a finite position are what the library gives, but no surface is left when all are.
+void reportChange(const PreparedRun& run) {
+    const std::optional<SurfaceChange> change = compareSurfaces(run.files.firstSurface, run.files.lastSurface);
+    if (!change) {
         return;
     }
-    const std::optional<Displacement> moved = displacement(run.files.firstSurface, run.files.lastSurface);
-    if (moved) {
-        std::printf("the surface moved by %s mm on average, by %s mm at most\n", briefNumber(moved->mean).c_str(),
-                    briefNumber(moved->largest).c_str());
+    printDisplacement(run, *change);
+    const bool isSmoothed = run.plan.mode == TALVEK_MODE_OFFSETTING && run.plan.model == TALVEK_MODEL_SMOOTHING;
+    const std::string text = notFiniteText(*change, isSmoothed);
+    if (change->notFinite > 0 && change->notFinite == change->vertices) {
+        throw Failure(kExitFrame, run.files.lastSurface + ": " + text);
     }
+    printUnlessEmpty(text);
 }
 
 void printSummary(const PreparedRun& run) {
@@ -188,7 +205,6 @@ void printSummary(const PreparedRun& run) {
     }
     std::printf("first and last surface: %s, %s\nrun log: %s\n", run.files.firstSurface.c_str(),
                 run.files.lastSurface.c_str(), run.files.log.c_str());
-    printDisplacement(run);
 }
 
 /// A longer run before this one leaves frames that are not of this run.
@@ -218,6 +234,7 @@ int runCommand(const RunOptions& options, const std::vector<std::string>& argume
     }
     checkOutputs(run, frames);
     printSummary(run);
+    reportChange(run);
     warnOfOlderFrames(run);
     return kExitDone;
 }
