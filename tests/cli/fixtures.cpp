@@ -129,6 +129,8 @@ void writeTextureFixtures(const TempFolder& folder) {
     writeFile(folder.file("mixed.bmp"), bitmap(white, white));
     writeFile(folder.file("corners.obj"), square + kPlaneTexels + "vt 1.5 0.5\nf 1/1 2/2 4/4\nf 1/1 4/5 3/3\n");
     writeFile(folder.file("corners.bmp"), bitmap(white, white));
+    const std::string faces = "f 1/1 2/2 4/4\nf 1/1 4/4 3/3\n";
+    writeFile(folder.file("overlap.obj"), square + "vt 0 0\nvt 0.9 0\nvt 0 0.9\nvt 0.9 0.9\n" + faces + faces);
     writeFile(folder.file("unnamed.obj"), square + kPlaneTexels + "f 1 2 4\nf 1 4 3\n");
     writeFile(folder.file("absent.obj"), square + "vt 0.5 0.5\nf 1/2 2/2 4/2\nf 1/2 4/2 3/2\n");
 }
@@ -150,6 +152,13 @@ void writeFiniteFixtures(const TempFolder& folder) {
               head + "epc_1 = 100, 4e-13, 1e-12, 1, 5;\nepc_2 = -4, 4e-13, 1e-12, 1, 5;\n");
     writeFile(folder.file("nan.cfg"), head + "epc_0 = nan, 4e-13, 1e-12, 1, 5;\n");
     writeFile(folder.file("gas.cfg"), head + "epc_0 = 10, nan, 1e-12, 1, 5;\n");
+}
+
+void writeConfigFixtures(const TempFolder& folder) {
+    const std::string epoch = "epcs = 1;\nepc_1 = 10, ";
+    writeFile(folder.file("offsets.cfg"), "mode = 0;\nmodel = 0;\n" + epoch + "0.5, 0, 0, 0;\n");
+    writeFile(folder.file("zero.cfg"), "mode = 1;\nmodel = 0;\n" + epoch + "4e-13, 1e-12, 1, 5;\n");
+    writeFile(folder.file("nine.cfg"), "mode = 9;\r\nmodel = 7;\r\n" + epoch + "4e-13, 1e-12, 1, 5;\n");
 }
 
 void writePlyFixtures(const TempFolder& folder) {
@@ -198,6 +207,7 @@ void writeFixtures(const TempFolder& folder) {
               "vt 0.9 1\nvt 0.5 1\nf 1/1 2/2 4/3\nf 1/4 4/5 3/6\n");
     writeTextureFixtures(folder);
     writeFiniteFixtures(folder);
+    writeConfigFixtures(folder);
     writePlyFixtures(folder);
     writeBinaryFixtures(folder);
     writeObjFixtures(folder);

@@ -7,6 +7,7 @@
 
 #include "base/little_endian.h"
 #include "base/system.h"
+#include "talvek/messages.h"
 
 namespace talvek::host {
 
@@ -81,7 +82,9 @@ void checkSasFile(const std::string& path, Findings& findings) {
     }
     const std::int64_t texels = head[0] == kTexelPerVertex ? 2 * head[2] : 0;
     compareSizes(path, kHeadSize + kValueSize * (3 * head[2] + 9 * head[1] + texels),
-                 std::to_string(head[1]) + " faces, " + std::to_string(head[2]) + " vertices", findings);
+                 countOf(static_cast<std::uint64_t>(head[1]), "face") + ", " +
+                     countOf(static_cast<std::uint64_t>(head[2]), "vertex"),
+                 findings);
 }
 
 void checkBinFile(const std::string& path, Findings& findings) {
@@ -89,7 +92,9 @@ void checkBinFile(const std::string& path, Findings& findings) {
     const std::vector<std::int64_t> head = leadingInts(path, 2);
     if (hasPlausibleHead(path, head, 2, 0, 1, findings)) {
         compareSizes(path, kHeadSize + 3 * kValueSize * (head[0] + head[1]),
-                     std::to_string(head[0]) + " vertices, " + std::to_string(head[1]) + " faces", findings);
+                     countOf(static_cast<std::uint64_t>(head[0]), "vertex") + ", " +
+                         countOf(static_cast<std::uint64_t>(head[1]), "face"),
+                     findings);
     }
 }
 

@@ -55,8 +55,8 @@ void checkTexture(const TextureSurvey& survey, Findings& findings) {
 void checkSurface(const Object3D& mesh, Findings& findings) {
     const MeshSurvey survey = surveyMesh(mesh);
     if (mesh.numFaces == 0 || mesh.numVertices == 0) {
-        findings.add("there is no surface: " + std::to_string(mesh.numVertices) + " vertices, " +
-                     std::to_string(mesh.numFaces) + " faces");
+        findings.add("there is no surface: " + countOf(static_cast<std::uint64_t>(mesh.numVertices), "vertex") + ", " +
+                     countOf(static_cast<std::uint64_t>(mesh.numFaces), "face"));
         return;
     }
     addIf(findings, survey.vertices.notFinite, "vertex position", "infinite or not a number; the surface tears there");
@@ -84,8 +84,7 @@ int print(const std::string& path, const Findings& findings, const Object3D* mes
         std::printf("%s: the mesh does not load\n", path.c_str());
         return kExitMesh;
     }
-    std::printf("%s: the mesh loads: %d vertices, %d faces, %d texture coordinates; %s\n", path.c_str(),
-                mesh->numVertices, mesh->numFaces, mesh->numTexels,
+    std::printf("%s: the mesh loads: %s; %s\n", path.c_str(), contentOf(*mesh).c_str(),
                 findings.sentences.empty() ? "nothing found" : countOf(findings.sentences.size(), "finding").c_str());
     return findings.sentences.empty() ? kExitDone : kExitFindings;
 }

@@ -51,8 +51,7 @@ int convertCommand(const std::string& from, const std::string& to) {
     if (!write(*mesh, to)) {
         throw Failure(kExitOutput, to + ": the file cannot be written; look for the folder, its permissions and room");
     }
-    std::printf("%s: %d vertices, %d faces, %d texture coordinates\n", to.c_str(), mesh->numVertices, mesh->numFaces,
-                mesh->numTexels);
+    std::printf("%s: %s\n", to.c_str(), contentOf(*mesh).c_str());
     return kExitDone;
 }
 

@@ -7,6 +7,7 @@
 
 #include "Vexo_Lib/load3d.h"
 #include "talvek/exit_status.h"
+#include "talvek/messages.h"
 #include "talvek/paths.h"
 
 namespace talvek::host {
@@ -66,8 +67,9 @@ void FrameCheck::check(const std::string& name) {
         throw Failure(kExitFrame, name + ": the frame cannot be read back");
     }
     if (expected_ && (mesh->numVertices != expected_->vertices || mesh->numFaces != expected_->faces)) {
-        throw Failure(kExitFrame, name + ": the frame is incomplete: " + std::to_string(mesh->numVertices) +
-                                      " vertices and " + std::to_string(mesh->numFaces) + " faces instead of " +
+        throw Failure(kExitFrame, name + ": the frame is incomplete: " +
+                                      countOf(static_cast<std::uint64_t>(mesh->numVertices), "vertex") + " and " +
+                                      countOf(static_cast<std::uint64_t>(mesh->numFaces), "face") + " instead of " +
                                       std::to_string(expected_->vertices) + " and " + std::to_string(expected_->faces));
     }
     if (!expected_ && mesh->numVertices == 0) {

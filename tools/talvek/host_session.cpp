@@ -6,6 +6,7 @@
 
 #include "talvek.h"
 #include "talvek/exit_status.h"
+#include "talvek/mode_names.h"
 #include "talvek/session_plan.h"
 
 namespace talvek::host {
@@ -97,12 +98,34 @@ void requireUsableDays(const RunOptions& options) {
     }
 }
 
+/// The four values of an epoch are offsets in one mode and gases and rain in the others, and models are numbered anew.
+void requireSameKindOfMode(const RunOptions& options, std::int32_t own) {
+    const std::int32_t mode = talvekGetMode();
+    const bool isOffsetting = mode == TALVEK_MODE_OFFSETTING;
+    const auto& given = isOffsetting ? options.offsets : options.environment;
+    bool isReplaced = options.model.has_value();
+    for (std::size_t slot = 0; slot < given.size() && isReplaced; ++slot) {
+        isReplaced = !given[slot].empty() || !usesEpochValue(mode, options.model->number, slot);
+    }
+    if (isOffsetting == (own == TALVEK_MODE_OFFSETTING) || isReplaced) {
+        return;
+    }
+    throw Failure(kExitUsage,
+                  options.config + ": it is for " + modeName(own) + ", and " + modeName(mode) +
+                      (isOffsetting ? " would take its gases and rain for offsets; leave --mode out, or give --model "
+                                      "and the model's offsets as options"
+                                    : " would take its offsets for gases and rain; leave --mode out, or give --model, "
+                                      "--so2, --no2, --rv and --rph as options"));
+}
+
 void startFromConfig(const RunOptions& options) {
     // The library finds a parameter file by the mesh's name, so for a moment the parameter file stands for the mesh.
     require(talvekSetFileName(options.config.c_str()), options.config + ": the name is too long");
     require(talvekReadParams(), options.config + ": cannot read the parameter file");
     requireUsableDays(options);
+    const std::int32_t ownMode = talvekGetMode();
     setModeAndModel(options.mode.value_or(talvekGetMode()), options.model ? options.model->number : talvekGetModel());
+    requireSameKindOfMode(options, ownMode);
     if (options.epochs && *options.epochs > talvekGetNumEpochs()) {
         addEpochs(*options.epochs);
     } else if (options.epochs) {
@@ -113,8 +136,12 @@ void startFromConfig(const RunOptions& options) {
 void requireOneOrEach(std::size_t given, const char* option) {
     const auto epochs = static_cast<std::size_t>(talvekGetNumEpochs());
     if (given > 1 && given != epochs) {
-        throw Failure(kExitUsage, std::string(option) + " takes one value, or one for each of the " +
-                                      std::to_string(epochs) + " epochs; it was given " + std::to_string(given));
+        const std::string values = std::to_string(given);
+        throw Failure(
+            kExitUsage,
+            std::string(option) + (epochs == 1 ? " takes one value; it was given " + values + ", and there is 1 epoch"
+                                               : " takes one value, or one for each of the " + std::to_string(epochs) +
+                                                     " epochs; it was given " + values));
     }
 }
 

@@ -110,8 +110,9 @@ std::string textureText(const TextureSurvey& texture, std::int32_t numTexels) {
         return "none";
     }
     return std::to_string(numTexels) + " coordinates on " + countOf(static_cast<std::uint64_t>(texture.faces), "face") +
-           ", " + briefNumber(100 * texture.coverage) + " % of texture space covered; " +
-           std::to_string(texture.outside) + " outside [0, 1), " + std::to_string(texture.clockwise) + " clockwise";
+           ", " + briefNumber(100 * texture.coverage) + " % of texture space covered" +
+           (texture.coverage > 1 ? " (faces overlap or lie outside it); " : "; ") + std::to_string(texture.outside) +
+           " outside [0, 1), " + std::to_string(texture.clockwise) + " clockwise";
 }
 
 void printText(const std::string& path, const Object3D& mesh, const MeshSurvey& survey) {

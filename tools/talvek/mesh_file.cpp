@@ -9,6 +9,7 @@
 #include "Vexo_Lib/wrl.h"
 #include "base/system.h"
 #include "talvek/exit_status.h"
+#include "talvek/messages.h"
 #include "talvek/ply.h"
 
 namespace talvek::host {
@@ -81,6 +82,12 @@ std::unique_ptr<Object3D> readUnchecked(const std::string& path) {
     throw Failure(kExitMesh, path + ": there is no reader for " +
                                  (extension.empty() ? "a name without extension" : extension) +
                                  "; the library reads .obj, .wrl, .sas, .bin and .fim");
+}
+
+std::string contentOf(const Object3D& mesh) {
+    return countOf(static_cast<std::uint64_t>(mesh.numVertices), "vertex") + ", " +
+           countOf(static_cast<std::uint64_t>(mesh.numFaces), "face") + ", " +
+           countOf(static_cast<std::uint64_t>(mesh.numTexels), "texture coordinate");
 }
 
 std::int64_t firstBadCorner(const Object3D& mesh) {

@@ -22,6 +22,9 @@ std::unique_ptr<Object3D> readUnchecked(const std::string& path);
 /// when there is none.
 std::unique_ptr<Object3D> readMesh(const std::string& path);
 
+/// "9 vertices, 8 faces, 4 texture coordinates"
+std::string contentOf(const Object3D& mesh);
+
 /// A face corner that names a vertex which is not there; -1 when there is none.
 std::int64_t firstBadCorner(const Object3D& mesh);
 

@@ -23,7 +23,8 @@ void printError(const std::string& message) {
 }
 
 std::string countOf(std::uint64_t count, const std::string& thing) {
-    return std::to_string(count) + " " + thing + (count == 1 ? "" : "s");
+    const std::string things = thing == "vertex" ? "vertices" : thing + "s";
+    return std::to_string(count) + " " + (count == 1 ? thing : things);
 }
 
 std::string briefNumber(double value) {

@@ -9,7 +9,7 @@ namespace talvek::host {
 void printWarning(const std::string& message);
 void printError(const std::string& message);
 
-/// "1 frame", "2 frames".
+/// "1 frame", "2 frames", "2 vertices".
 std::string countOf(std::uint64_t count, const std::string& thing);
 
 /// A number with as many digits as tell something, "%.4g".

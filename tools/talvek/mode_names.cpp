@@ -1,7 +1,6 @@
 #include "talvek/mode_names.h"
 
 #include <array>
-#include <cstddef>
 
 #include "talvek.h"
 
@@ -47,6 +46,22 @@ std::string modelsOf(std::int32_t mode) {
 
 bool isDefinedModel(std::int32_t mode, std::int32_t model) {
     return nameOfModel(mode, model) != nullptr;
+}
+
+bool usesEpochValue(std::int32_t mode, std::int32_t model, std::size_t slot) {
+    if (mode != TALVEK_MODE_OFFSETTING) {
+        return true;
+    }
+    switch (model) {
+        case TALVEK_MODEL_CONSTANT_OFFSET:
+            return slot == 0;
+        case TALVEK_MODEL_RANDOM_OFFSET:
+            return slot == 1 || slot == 2;
+        case TALVEK_MODEL_SMOOTHING:
+            return slot == 3;
+        default:
+            return false;
+    }
 }
 
 }  // namespace talvek::host

@@ -1,6 +1,7 @@
-// How messages call operating modes and weathering models.
+// Operating modes and weathering models: how messages call them, and what belongs together.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -16,5 +17,8 @@ std::string modelName(std::int32_t mode, std::int32_t model);
 std::string modelsOf(std::int32_t mode);
 
 bool isDefinedModel(std::int32_t mode, std::int32_t model);
+
+/// Whether a model reads the value in a slot of an epoch's parameters. All weathering models are taken to read all.
+bool usesEpochValue(std::int32_t mode, std::int32_t model, std::size_t slot);
 
 }  // namespace talvek::host

@@ -8,7 +8,6 @@
 #include "talvek/frame_size.h"
 #include "talvek/mesh_survey.h"
 #include "talvek/messages.h"
-#include "talvek/mode_names.h"
 #include "talvek/paths.h"
 #include "talvek/texture_check.h"
 
@@ -18,52 +17,18 @@ namespace fs = std::filesystem;
 
 namespace {
 
-using Family = ModelChoice::Family;
-
-bool isOffsetting(const SessionPlan& plan) {
-    return plan.mode == TALVEK_MODE_OFFSETTING;
-}
-
 bool needsMap(const SessionPlan& plan) {
     return plan.mode == TALVEK_MODE_QEMSCAN || plan.mode == TALVEK_MODE_GRAIN_WEAVER;
 }
 
-void requireOwnOptions(const std::array<EpochValues, TALVEK_EPOCH_PARAMS>& given, const char* const* names,
-                       const SessionPlan& plan) {
-    for (std::size_t i = 0; i < given.size(); ++i) {
-        if (!given[i].empty()) {
-            throw Failure(kExitUsage, std::string(names[i]) + " has no effect in " + modeName(plan.mode) +
-                                          "; leave it out or choose another mode");
-        }
-    }
-}
-
 }  // namespace
-
-void requireDefinedPair(const SessionPlan& plan, const RunOptions& options) {
-    const Family wanted = isOffsetting(plan) ? Family::kOffsetting : Family::kWeathering;
-    const Family given = options.model ? options.model->family : Family::kAny;
-    const std::int32_t undefined = isOffsetting(plan) ? 3 : 0;
-    if (plan.model == undefined || (given != Family::kAny && given != wanted)) {
-        throw Failure(kExitUndefinedModel,
-                      "this model is not defined in " + modeName(plan.mode) + "; " + modelsOf(plan.mode));
-    }
-    if (!needsMap(plan) && !options.mineralMap.empty()) {
-        throw Failure(kExitUsage,
-                      "--mineral-map has no effect in " + modeName(plan.mode) + "; leave it out or choose mode 2 or 3");
-    }
-    if (isOffsetting(plan)) {
-        requireOwnOptions(options.environment, kEnvironmentOptions, plan);
-    } else {
-        requireOwnOptions(options.offsets, kOffsetOptions, plan);
-    }
-}
 
 void requireSuitableMesh(const SessionPlan& plan, const Object3D& mesh, const RunFiles& files) {
     if (mesh.numVertices == 0 || mesh.numFaces == 0) {
         throw Failure(kExitMesh, files.mesh + ": the mesh has " +
                                      countOf(static_cast<std::uint64_t>(mesh.numFaces), "face") + " on " +
-                                     std::to_string(mesh.numVertices) + " vertices; there is no surface to weather");
+                                     countOf(static_cast<std::uint64_t>(mesh.numVertices), "vertex") +
+                                     "; there is no surface to weather");
     }
     if (countNotFinite(mesh) == mesh.numVertices) {
         throw Failure(kExitMesh, files.mesh + ": no vertex has a finite position; talvek check says more");

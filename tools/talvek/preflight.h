@@ -12,9 +12,6 @@
 
 namespace talvek::host {
 
-/// Throws Failure unless mode and model belong together and the options are those of the mode.
-void requireDefinedPair(const SessionPlan& plan, const RunOptions& options);
-
 /// Throws Failure where the mesh does not carry what the mode needs.
 void requireSuitableMesh(const SessionPlan& plan, const Object3D& mesh, const RunFiles& files);
 

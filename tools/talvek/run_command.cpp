@@ -12,6 +12,7 @@
 #include "talvek/mesh_file.h"
 #include "talvek/messages.h"
 #include "talvek/movement_check.h"
+#include "talvek/option_check.h"
 #include "talvek/paths.h"
 #include "talvek/preflight.h"
 #include "talvek/progress.h"
@@ -78,8 +79,15 @@ void printUnlessEmpty(const std::string& warning) {
     }
 }
 
+void printWarnings(const std::vector<std::string>& warnings) {
+    for (const std::string& warning : warnings) {
+        printWarning(warning);
+    }
+}
+
 PreparedRun prepare(const RunOptions& options, const SessionPlan& plan) {
     PreparedRun run{RunFiles(options.mesh), plan, options.keepInputFrame, std::nullopt};
+    printWarnings(replacedChoices(plan, options));
     requireDefinedPair(plan, options);
     requireFreeLog(options, run.files, run.numEpochs());
     if (lowerCaseExtension(options.mesh) == ".ply") {
@@ -92,9 +100,7 @@ PreparedRun prepare(const RunOptions& options, const SessionPlan& plan) {
     const std::optional<MapToPlace> map = requireMineralMap(plan, options, run.files);
     requireRoom(plan, *mesh, run.files, run.withInputFrame, map ? map->bytes.size() : 0);
     printUnlessEmpty(textureWarning(plan.mode, *mesh));
-    for (const std::string& warning : movementWarnings(plan, *mesh)) {
-        printWarning(warning);
-    }
+    printWarnings(movementWarnings(plan, *mesh));
     if (plan.mode != TALVEK_MODE_QEMSCAN) {
         run.counts = ExpectedCounts{mesh->numVertices, mesh->numFaces};
     }

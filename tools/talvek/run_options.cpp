@@ -1,6 +1,7 @@
 #include "talvek/run_options.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cctype>
 #include <cmath>
 #include <map>
@@ -72,19 +73,47 @@ float parseFinite(const std::string& option, const std::string& text) {
     return value;
 }
 
-void addEpochValues(CLI::App& command, const char* name, EpochValues& values, const std::string& description) {
+/// The values between the commas of a list.
+std::vector<std::string> splitList(const std::string& option, const std::string& text) {
+    std::vector<std::string> values = CLI::detail::split(text, ',');
+    for (std::string& value : values) {
+        CLI::detail::trim(value);
+    }
+    // A comma at the end leaves no value behind it.
+    if (text.ends_with(',') || std::ranges::find(values, "") != values.end()) {
+        throw CLI::ValidationError(option, "\"" + text + "\" has a comma too many");
+    }
+    return values;
+}
+
+std::uint32_t parseDays(const std::string& option, const std::string& text) {
+    std::uint32_t days = 0;
+    if (!CLI::detail::lexical_cast(text, days) || days < 1 || days > TALVEK_MAX_EPOCH_DAYS) {
+        throw CLI::ValidationError(option,
+                                   text + " is not a number of days, 1 to " + std::to_string(TALVEK_MAX_EPOCH_DAYS));
+    }
+    return days;
+}
+
+/// Adds an option that takes one value for all epochs, or one for each with commas between.
+template <typename Value>
+void addList(CLI::App& command, const std::string& name, std::vector<Value>& values,
+             Value (*parse)(const std::string& option, const std::string& text), const std::string& description,
+             const char* typeName) {
     command
-        .add_option_function<std::vector<std::string>>(
+        .add_option_function<std::string>(
             name,
-            [name, &values](const std::vector<std::string>& texts) {
-                for (const std::string& text : texts) {
-                    values.push_back(parseFinite(name, text));
+            [name, parse, &values](const std::string& text) {
+                for (const std::string& value : splitList(name, text)) {
+                    values.push_back(parse(name, value));
                 }
             },
             description)
-        ->delimiter(',')
-        ->allow_extra_args(false)
-        ->type_name("X[,X...]");
+        ->type_name(typeName);
+}
+
+void addEpochValues(CLI::App& command, const char* name, EpochValues& values, const std::string& description) {
+    addList(command, name, values, parseFinite, description, "X[,X...]");
 }
 
 void addChoice(CLI::App& command, RunOptions& options) {
@@ -102,11 +131,8 @@ void addChoice(CLI::App& command, RunOptions& options) {
     command.add_option("--epochs", options.epochs, "Number of epochs, 1 to 4000 (default 1)")
         ->check(CLI::Range(1, static_cast<int>(TALVEK_MAX_EPOCHS)))
         ->type_name("N");
-    command.add_option("--days", options.days, "Days of every epoch, or of each, 1 to 1000000 (default 365)")
-        ->delimiter(',')
-        ->allow_extra_args(false)
-        ->check(CLI::Range(1, static_cast<int>(TALVEK_MAX_EPOCH_DAYS)))
-        ->type_name("D[,D...]");
+    addList(command, "--days", options.days, parseDays, "Days of every epoch, or of each, 1 to 1000000 (default 365)",
+            "D[,D...]");
 }
 
 void addEnvironment(CLI::App& command, RunOptions& options) {
@@ -131,8 +157,7 @@ void addMaterial(CLI::App& command, RunOptions& options) {
         "resistance of the SO2+NO2 crust",        "rate constant of dry recession",
         "factor of the deposited mass",           "density that divides the deposited mass"};
     for (std::size_t i = 0; i < TALVEK_MATERIAL_PARAMS; ++i) {
-        std::string name = "--" + std::string(kMaterialNames[i]);
-        name[2] = static_cast<char>(std::tolower(name[2]));
+        const std::string name = materialOption(i);
         std::optional<float>& value = options.material[i];
         command
             .add_option_function<std::string>(
@@ -162,6 +187,12 @@ void addFiles(CLI::App& command, RunOptions& options) {
 }
 
 }  // namespace
+
+std::string materialOption(std::size_t index) {
+    std::string name = "--" + std::string(kMaterialNames[index]);
+    name[2] = static_cast<char>(std::tolower(name[2]));
+    return name;
+}
 
 void addRunArguments(CLI::App& command, RunOptions& options) {
     addFiles(command, options);

@@ -51,6 +51,9 @@ inline constexpr const char* kOffsetOptions[TALVEK_EPOCH_PARAMS] = {"--offset", 
 inline constexpr const char* kMaterialNames[TALVEK_MATERIAL_PARAMS] = {"De",  "Den", "Hd", "Ks",
                                                                        "Ksn", "Kr",  "Mb", "Db"};
 
+/// "--de" for the first parameter of the material.
+std::string materialOption(std::size_t index);
+
 /// Adds the arguments of a run to a command.
 void addRunArguments(CLI::App& command, RunOptions& options);
 
