@@ -231,8 +231,10 @@ TALVEK_API int32_t talvekGetMaterialParams(float* out);
 
 /* Sets the environment of an epoch, or of every epoch for epoch 0.
  * In: epoch, 0 to the number of epochs; TALVEK_EPOCH_PARAMS values: SO2, NO2, the rain volume Rv and its acidity RpH.
- * In TALVEK_MODE_OFFSETTING the four values are, per day and in millimetres: the constant offset, the mean and the
- * spread of the random offset, and the smoothing amount.
+ * In TALVEK_MODE_OFFSETTING the four values are, per day: the constant offset, the mean and the spread of the random
+ * offset, in millimetres along the outward normal, and the smoothing amount, in square millimetres, which the mean
+ * curvature is multiplied by. The spread is three standard deviations: nearly all offsets lie within mean +- spread.
+ * Negative smoothing amounts smooth the surface, positive ones roughen it.
  * Returns TALVEK_OK; TALVEK_ERROR_RANGE; TALVEK_ERROR_NULL also if the epoch table does not exist. */
 TALVEK_API int32_t talvekSetEpochParams(uint32_t epoch, const float* in);
 

@@ -131,6 +131,7 @@ void writeTextureFixtures(const TempFolder& folder) {
     writeFile(folder.file("corners.bmp"), bitmap(white, white));
     const std::string faces = "f 1/1 2/2 4/4\nf 1/1 4/4 3/3\n";
     writeFile(folder.file("overlap.obj"), square + "vt 0 0\nvt 0.9 0\nvt 0 0.9\nvt 0.9 0.9\n" + faces + faces);
+    writeFile(folder.file("edge.obj"), square + "vt 0 0\nvt 1 0\nvt 0 1\nvt 1 1\n" + faces);
     writeFile(folder.file("unnamed.obj"), square + kPlaneTexels + "f 1 2 4\nf 1 4 3\n");
     writeFile(folder.file("absent.obj"), square + "vt 0.5 0.5\nf 1/2 2/2 4/2\nf 1/2 4/2 3/2\n");
 }

@@ -56,6 +56,13 @@ bool isWhollyInside(const TextureTriangle& triangle) {
     return std::ranges::all_of(triangle, &TexturePoint::isInside);
 }
 
+/// The grid ends before 1, so that nothing of a face that reaches up to it is lost.
+bool isWithinGrid(const TextureTriangle& triangle) {
+    return std::ranges::all_of(triangle, [](const TexturePoint& corner) {
+        return corner.u >= 0 && corner.u <= 1 && corner.t >= 0 && corner.t <= 1;
+    });
+}
+
 /// Whether all corners lie beyond one and the same side of [0, 1).
 bool isWhollyOutside(const TextureTriangle& triangle) {
     const auto [left, right] = std::ranges::minmax(triangle, {}, &TexturePoint::u);
@@ -116,7 +123,7 @@ GridFaces surveyGridFaces(const Object3D& mesh) {
         } else if (isWhollyOutside(*triangle)) {
             ++faces.outside;
         } else {
-            faces.partly += isWhollyInside(*triangle) ? 0 : 1;
+            faces.partly += isWithinGrid(*triangle) ? 0 : 1;
         }
     }
     return faces;

@@ -33,7 +33,7 @@ struct GridFaces {
     std::int64_t flat = 0;
     /// Faces that lie wholly outside [0, 1).
     std::int64_t outside = 0;
-    /// Faces that lie partly outside, of which the rest is drawn.
+    /// Faces that reach beyond the grid, of which the rest is drawn.
     std::int64_t partly = 0;
 
     std::int64_t undrawn() const { return untextured + clockwise + flat + outside; }
