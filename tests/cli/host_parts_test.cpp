@@ -10,7 +10,7 @@
 #include "talvek/exit_status.h"
 #include "talvek/frame_check.h"
 #include "talvek/frame_size.h"
-#include "talvek/movement_check.h"
+#include "talvek/movement_warnings.h"
 #include "talvek/preflight.h"
 #include "talvek/progress.h"
 #include "talvek/run_files.h"

@@ -18,6 +18,14 @@ void printWarning(const std::string& message) {
     printMessage("talvek: warning: ", message);
 }
 
+void printWarnings(const std::vector<std::string>& messages) {
+    for (const std::string& message : messages) {
+        if (!message.empty()) {
+            printWarning(message);
+        }
+    }
+}
+
 void printError(const std::string& message) {
     printMessage("talvek: ", message);
 }

@@ -3,10 +3,13 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace talvek::host {
 
 void printWarning(const std::string& message);
+/// Those that are not empty.
+void printWarnings(const std::vector<std::string>& messages);
 void printError(const std::string& message);
 
 /// "1 frame", "2 frames", "2 vertices".

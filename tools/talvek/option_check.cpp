@@ -15,16 +15,12 @@ namespace {
 
 using Family = ModelChoice::Family;
 
-bool isOffsetting(const SessionPlan& plan) {
-    return plan.mode == TALVEK_MODE_OFFSETTING;
-}
-
 [[noreturn]] void refuseOption(const std::string& option, const SessionPlan& plan, const std::string& remedy) {
     throw Failure(kExitUsage, option + " has no effect in " + modeName(plan.mode) + remedy);
 }
 
 void requireDefinedModel(const SessionPlan& plan, const RunOptions& options) {
-    const Family wanted = isOffsetting(plan) ? Family::kOffsetting : Family::kWeathering;
+    const Family wanted = plan.isOffsetting() ? Family::kOffsetting : Family::kWeathering;
     const Family given = options.model ? options.model->family : Family::kAny;
     const bool isOfOther = given != Family::kAny && given != wanted;
     if (isOfOther || !isDefinedModel(plan.mode, plan.model)) {
@@ -100,7 +96,7 @@ void requireDefinedPair(const SessionPlan& plan, const RunOptions& options) {
     if (!needsMap && !options.mineralMap.empty()) {
         refuseOption("--mineral-map", plan, "; leave it out or choose mode 2 or 3");
     }
-    if (isOffsetting(plan)) {
+    if (plan.isOffsetting()) {
         requireOffsetOptions(plan, options);
     } else {
         requireWeatheringOptions(plan, options);

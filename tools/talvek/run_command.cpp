@@ -12,13 +12,14 @@
 #include "talvek/mesh_file.h"
 #include "talvek/messages.h"
 #include "talvek/movement_check.h"
+#include "talvek/movement_warnings.h"
 #include "talvek/option_check.h"
 #include "talvek/paths.h"
 #include "talvek/preflight.h"
 #include "talvek/progress.h"
 #include "talvek/run_files.h"
+#include "talvek/run_summary.h"
 #include "talvek/session_plan.h"
-#include "talvek/surface_change.h"
 #include "talvek/texture_check.h"
 
 namespace talvek::host {
@@ -73,18 +74,6 @@ struct PreparedRun {
     std::vector<std::string> outputs() const { return outputFiles(files, numEpochs(), withInputFrame); }
 };
 
-void printUnlessEmpty(const std::string& warning) {
-    if (!warning.empty()) {
-        printWarning(warning);
-    }
-}
-
-void printWarnings(const std::vector<std::string>& warnings) {
-    for (const std::string& warning : warnings) {
-        printWarning(warning);
-    }
-}
-
 PreparedRun prepare(const RunOptions& options, const SessionPlan& plan) {
     PreparedRun run{RunFiles(options.mesh), plan, options.keepInputFrame, std::nullopt};
     printWarnings(replacedChoices(plan, options));
@@ -99,7 +88,7 @@ PreparedRun prepare(const RunOptions& options, const SessionPlan& plan) {
     requireFiniteDeltas(plan);
     const std::optional<MapToPlace> map = requireMineralMap(plan, options, run.files);
     requireRoom(plan, *mesh, run.files, run.withInputFrame, map ? map->bytes.size() : 0);
-    printUnlessEmpty(textureWarning(plan.mode, *mesh));
+    printWarnings({textureWarning(plan.mode, *mesh)});
     printWarnings(movementWarnings(plan, *mesh));
     if (plan.mode != TALVEK_MODE_QEMSCAN) {
         run.counts = ExpectedCounts{mesh->numVertices, mesh->numFaces};
@@ -175,52 +164,6 @@ void checkOutputs(const PreparedRun& run, FrameCheck& frames) {
     }
 }
 
-/// In mode 2 the frames' vertices are those of a grid.
-void printDisplacement(const PreparedRun& run, const SurfaceChange& change) {
-    if (!run.counts) {
-        std::printf("the frames have vertices of their own, on a grid; displacements by vertex cannot be told\n");
-    } else if (change.isByVertex && change.notFinite < change.vertices) {
-        std::printf("the surface moved by %s mm on average, by %s mm at most\n", briefNumber(change.mean).c_str(),
-                    briefNumber(change.largest).c_str());
-    }
-}
-
-/// Vertices without a finite position are what the library gives, but no surface is left when all are.
-void reportChange(const PreparedRun& run) {
-    const std::optional<SurfaceChange> change = compareSurfaces(run.files.firstSurface, run.files.lastSurface);
-    if (!change) {
-        return;
-    }
-    printDisplacement(run, *change);
-    const bool isSmoothed = run.plan.mode == TALVEK_MODE_OFFSETTING && run.plan.model == TALVEK_MODEL_SMOOTHING;
-    const std::string text = notFiniteText(*change, isSmoothed);
-    if (change->notFinite > 0 && change->notFinite == change->vertices) {
-        throw Failure(kExitFrame, run.files.lastSurface + ": " + text);
-    }
-    printUnlessEmpty(text);
-}
-
-void printSummary(const PreparedRun& run) {
-    const std::int32_t epochs = run.numEpochs();
-    std::printf("%s: %s over %s\n", run.files.mesh.c_str(),
-                countOf(static_cast<std::uint64_t>(epochs), "frame").c_str(),
-                countOf(run.plan.totalDays(), "day").c_str());
-    if (epochs > 0) {
-        std::printf("frames: %s%s%s\n", run.files.frame(1).c_str(), epochs > 1 ? " to " : "",
-                    epochs > 1 ? run.files.frame(epochs).c_str() : "");
-    }
-    std::printf("first and last surface: %s, %s\nrun log: %s\n", run.files.firstSurface.c_str(),
-                run.files.lastSurface.c_str(), run.files.log.c_str());
-}
-
-/// A longer run before this one leaves frames that are not of this run.
-void warnOfOlderFrames(const PreparedRun& run) {
-    const std::string next = run.files.frame(run.numEpochs() + 1);
-    if (std::filesystem::exists(pathOf(next))) {
-        printWarning(next + " and any frames after it are from an earlier, longer run");
-    }
-}
-
 }  // namespace
 
 int runCommand(const RunOptions& options, const std::vector<std::string>& arguments) {
@@ -239,9 +182,7 @@ int runCommand(const RunOptions& options, const std::vector<std::string>& argume
         return status;
     }
     checkOutputs(run, frames);
-    printSummary(run);
-    reportChange(run);
-    warnOfOlderFrames(run);
+    printSummary(run.files, run.plan);
     return kExitDone;
 }
 

@@ -23,6 +23,7 @@ struct SessionPlan {
     std::array<float, TALVEK_MATERIAL_PARAMS> material{};
     std::vector<PlannedEpoch> epochs;
 
+    bool isOffsetting() const { return mode == TALVEK_MODE_OFFSETTING; }
     std::uint64_t totalDays() const;
 };
 
