@@ -22,7 +22,7 @@ bool isHeld(double amount) {
 
 /// What to look for where an epoch's movement is not finite.
 std::string adviceOn(const SessionPlan& plan, const PlannedEpoch& epoch) {
-    const std::string trouble = troubleIn(plan, epoch);
+    std::string trouble = troubleIn(plan, epoch);
     if (!trouble.empty()) {
         return trouble;
     }
