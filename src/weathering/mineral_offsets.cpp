@@ -10,15 +10,6 @@ namespace talvek {
 
 namespace {
 
-/// V texel numbers: that of the last corner which names the vertex, 0 for a vertex without faces.
-HeapArray<std::int32_t> texelOfVertices(const Object3D& mesh) {
-    HeapArray<std::int32_t> texelOf = makeZeroedArray<std::int32_t>(mesh.numVertices);
-    for (std::size_t corner = 0; corner < mesh.faceSpan().size(); ++corner) {
-        texelOf[static_cast<std::size_t>(mesh.vertexIndex[corner])] = mesh.texelIndex[corner];
-    }
-    return texelOf;
-}
-
 bool isInside(float cell, std::int32_t size) {
     return cell >= 0 && static_cast<double>(cell) < size;
 }
@@ -42,6 +33,14 @@ const float* pixelUnder(const Object3D& mesh, const MineralMap& map, std::int32_
 
 bool hasTexture(const Object3D& mesh) {
     return mesh.texels != nullptr && mesh.texelIndex != nullptr && mesh.numTexels > 0;
+}
+
+HeapArray<std::int32_t> texelOfVertices(const Object3D& mesh) {
+    HeapArray<std::int32_t> texelOf = makeZeroedArray<std::int32_t>(mesh.numVertices);
+    for (std::size_t corner = 0; corner < mesh.faceSpan().size(); ++corner) {
+        texelOf[static_cast<std::size_t>(mesh.vertexIndex[corner])] = mesh.texelIndex[corner];
+    }
+    return texelOf;
 }
 
 void applyMineralOffsets(Object3D& mesh, const MineralMap& map, float delta) {

@@ -114,7 +114,7 @@ void writeObjFixtures(const TempFolder& folder) {
 
 /// Faces one by one: without texels, whole, clockwise, without an area in texture space, outside of it, partly outside.
 /// No texel for vertices 1 to 3, and none within texture space for 11 and 12.
-constexpr const char* kMixedTexture =
+constexpr const char* kPatchworkTexture =
     "v 0 0 0\nv 1 0 0\nv 0 1 0\nv 2 0 0\nv 3 0 0\nv 2 1 0\nv 4 0 0\nv 5 0 0\nv 4 1 0\nv 6 0 0\nv 7 0 0\nv 6 1 0\n"
     "vt 0.1 0.1\nvt 0.9 0.1\nvt 0.1 0.9\nvt 1.5 0.1\nvt 2.5 0.1\nvt 1.5 0.9\n"
     "f 1 2 3\nf 4/1 5/2 6/3\nf 7/1 8/3 9/2\nf 4/1 5/1 6/2\nf 10/4 11/5 12/6\nf 10/2 11/4 12/6\n";
@@ -125,8 +125,8 @@ void writeTextureFixtures(const TempFolder& folder) {
     writeFile(folder.file("beyond.obj"), square + "vt 1 0\nvt 2 0\nvt 1 1\nvt 2 1\nf 1/1 2/2 4/4\nf 1/1 4/4 3/3\n");
     writeFile(folder.file("tiny.obj"),
               "v 1 0 0\nv 10 0 0\nv 0 10 0\nvt 5e-4 5e-4\nvt 1.5e-3 5e-4\nvt 5e-4 1.5e-3\nf 1/1 2/2 3/3\n");
-    writeFile(folder.file("mixed.obj"), kMixedTexture);
-    writeFile(folder.file("mixed.bmp"), bitmap(white, white));
+    writeFile(folder.file("patchwork.obj"), kPatchworkTexture);
+    writeFile(folder.file("patchwork.bmp"), bitmap(white, white));
     writeFile(folder.file("corners.obj"), square + kPlaneTexels + "vt 1.5 0.5\nf 1/1 2/2 4/4\nf 1/1 4/5 3/3\n");
     writeFile(folder.file("corners.bmp"), bitmap(white, white));
     const std::string faces = "f 1/1 2/2 4/4\nf 1/1 4/4 3/3\n";

@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <memory>
-#include <vector>
 
 #include "talvek.h"
 #include "talvek/exit_status.h"
@@ -97,19 +96,11 @@ struct VerticesOffMap {
     bool areAll = true;
 };
 
-/// V texel numbers: that of the last corner which names the vertex, 0 for a vertex without faces.
-std::vector<std::int32_t> texelOfVertices(const Object3D& mesh) {
-    std::vector<std::int32_t> texelOf(static_cast<std::size_t>(mesh.numVertices), 0);
-    for (std::size_t corner = 0; corner < mesh.faceSpan().size(); ++corner) {
-        texelOf[static_cast<std::size_t>(mesh.faceSpan()[corner])] = mesh.texelIndex[corner];
-    }
-    return texelOf;
-}
-
 VerticesOffMap findVerticesOffMap(const Object3D& mesh) {
     VerticesOffMap off;
-    for (const std::int32_t texel : texelOfVertices(mesh)) {
-        if (isOnMap(mesh, texel)) {
+    const HeapArray<std::int32_t> texelOf = texelOfVertices(mesh);
+    for (std::size_t vertex = 0; vertex < static_cast<std::size_t>(mesh.numVertices); ++vertex) {
+        if (isOnMap(mesh, texelOf[vertex])) {
             off.areAll = false;
         } else {
             ++off.count;
