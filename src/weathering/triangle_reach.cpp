@@ -12,9 +12,8 @@ namespace {
 
 /// The largest difference of a corner's coordinate from one of the grid's.
 double spread(const std::array<float, 4>& coordinates) {
-    return 1.0 + std::fabs(static_cast<double>(
-                     *std::max_element(coordinates.begin(), coordinates.begin() + 3,
-                                       [](float a, float b) { return std::fabs(a) < std::fabs(b); })));
+    const float largest = std::max({std::fabs(coordinates[0]), std::fabs(coordinates[1]), std::fabs(coordinates[2])});
+    return 1.0 + static_cast<double>(largest);
 }
 
 std::int32_t cellAt(double place) {
@@ -47,14 +46,14 @@ CellRange TriangleReach::columns(float t, CellRange range) const {
         const Corner& q = corners_[i];
         const Corner& r = corners_[(i + 1) % corners_.size()];
         const double row = static_cast<double>(t);
-        const double slope = q.t - r.t;
+        // No negative zero, so that the quotients below have the right sign.
+        const double slope = q.t - r.t + 0.0;
         const double atZero = q.u * (r.t - row) - r.u * (q.t - row) + margin_;
-        if (slope > 0) {
-            low = std::max(low, -atZero / slope);
-        } else if (slope < 0) {
+        // An edge along the row bounds nothing, or lets nothing be reached: the quotient is infinite.
+        if (slope < 0) {
             high = std::min(high, -atZero / slope);
-        } else if (atZero < 0) {
-            return {0, -1};
+        } else {
+            low = std::max(low, -atZero / slope);
         }
     }
     // Downwards for the first column and upwards for the last, which makes up for the rounding of their coordinates.

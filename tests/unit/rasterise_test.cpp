@@ -134,6 +134,13 @@ TEST(Rasterise, LosesTheFarEdgesOfARebuiltMeshOnce) {
     }
 }
 
+TEST(Rasterise, TakesANegativeZeroForZero) {
+    expectPlainRaster(*makeTriangles({0.1F, -0.0F, 0.9F, 0, 0.5F, 0.8F}), "below");
+    expectPlainRaster(*makeTriangles({0.1F, 0, 0.9F, -0.0F, 0.5F, 0.8F}), "below");
+    expectPlainRaster(*makeTriangles({-0.0F, 0.9F, 0, 0.1F, 0.8F, 0.5F}), "aside");
+    EXPECT_GT(filledCells(rasterise(*makeTriangles({0.1F, -0.0F, 0.9F, 0, 0.5F, 0.8F}))), 1000);
+}
+
 TEST(Rasterise, DrawsNothingWithoutExtent) {
     EXPECT_EQ(filledCells(rasterise(*makeTriangles({0.1F, 0.1F, 0.3F, 0.3F, 0.5F, 0.5F}))), 0);
     EXPECT_EQ(filledCells(rasterise(*makeTriangles({0, 0, 0, 0, 0, 0}))), 0);
