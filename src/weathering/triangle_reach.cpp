@@ -10,12 +10,6 @@ namespace talvek {
 
 namespace {
 
-/// The largest difference of a corner's coordinate from one of the grid's.
-double spread(const std::array<float, 4>& coordinates) {
-    const float largest = std::max({std::fabs(coordinates[0]), std::fabs(coordinates[1]), std::fabs(coordinates[2])});
-    return 1.0 + static_cast<double>(largest);
-}
-
 std::int32_t cellAt(double place) {
     return static_cast<std::int32_t>(std::clamp(place * kGridSize, -2.0, static_cast<double>(kGridSize)));
 }
@@ -23,14 +17,18 @@ std::int32_t cellAt(double place) {
 }  // namespace
 
 // In single precision, with e = 2^-24: each of the four differences is off by at most e of itself, each of both
-// products by 3 e and the difference of these by one e more; the products are at most the product of both spreads. That
-// makes 8 e of it. The margin is twice that, which covers the arithmetic here and products too small for their digits
-// too.
-TriangleReach::TriangleReach(const std::array<float, 4>& u, const std::array<float, 4>& t)
-    : margin_(0x1p-20 * spread(u) * spread(t)) {
+// products by 3 e and the difference of these by one e more; the products are at most that of the largest differences
+// in both directions. That makes 8 e of it. The margin is twice that, which covers the arithmetic here and products too
+// small for their digits too.
+TriangleReach::TriangleReach(const std::array<float, 4>& u, const std::array<float, 4>& t) {
+    double largestU = 0;
+    double largestT = 0;
     for (std::size_t i = 0; i < corners_.size(); ++i) {
         corners_[i] = {static_cast<double>(u[i]), static_cast<double>(t[i])};
+        largestU = std::max(largestU, std::fabs(corners_[i].u));
+        largestT = std::max(largestT, std::fabs(corners_[i].t));
     }
+    margin_ = 0x1p-20 * (largestU + 1) * (largestT + 1);
 }
 
 /// The areas that a point makes with the edges add up to that of the triangle.

@@ -34,7 +34,7 @@ class TriangleReach {
 
     std::array<Corner, 3> corners_;
     /// By how much the area that a point makes with an edge, negative on its outer side, may be found too large.
-    double margin_;
+    double margin_ = 0;
 };
 
 }  // namespace talvek
