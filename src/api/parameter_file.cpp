@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "api/engine_name.h"
+#include "api/parameter_statement.h"
 #include "api/session.h"
 #include "base/number_text.h"
 #include "base/output_file.h"
@@ -18,22 +19,6 @@ namespace {
 
 // Lines are what the scanner calls tokens; empty ones say nothing anyway.
 constexpr CharacterSet kLineSeparators{"\n"};
-
-struct Statement {
-    std::string_view key;
-    std::string_view value;
-};
-
-/// Without "=" the whole line is both the key and the value.
-Statement parseStatement(std::string_view line) {
-    if (line.ends_with('\r')) {
-        line.remove_suffix(1);
-    }
-    const std::size_t equals = line.find('=');
-    const bool hasValue = equals != std::string_view::npos;
-    const std::string_view rest = hasValue ? line.substr(equals + 1) : line;
-    return {line.substr(0, equals), rest.substr(0, rest.find(';'))};
-}
 
 std::int32_t orFallback(std::int32_t value, std::int32_t largest, std::int32_t fallback) {
     return value < 0 || value > largest ? fallback : value;

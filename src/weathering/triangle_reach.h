@@ -18,7 +18,7 @@ struct CellRange {
 /// left out, and few others stay. A sliver or a triangle that runs clockwise covers little of its box or nothing.
 class TriangleReach {
   public:
-    /// Texture coordinates of the corners, which have to be finite.
+    /// Texture coordinates of the three corners, which have to be finite; the fourth values do not count.
     TriangleReach(const std::array<float, 4>& u, const std::array<float, 4>& t);
 
     /// Whether no point of the grid passes the test, because the triangle runs clockwise by more than rounding hides.

@@ -1,10 +1,10 @@
 #include "talvek/option_check.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cstddef>
 #include <string_view>
 
+#include "api/parameter_statement.h"
 #include "talvek/exit_status.h"
 #include "talvek/mode_names.h"
 #include "talvek/whole_file.h"
@@ -60,7 +60,7 @@ void requireWeatheringOptions(const SessionPlan& plan, const RunOptions& options
 }
 
 std::string_view trimmed(std::string_view text) {
-    constexpr std::string_view kBlanks = " \t\r";
+    constexpr std::string_view kBlanks = " \t";
     const std::size_t begin = std::min(text.find_first_not_of(kBlanks), text.size());
     return text.substr(begin, text.find_last_not_of(kBlanks) + 1 - begin);
 }
@@ -76,13 +76,11 @@ ConfigChoices readChoices(std::string_view text) {
     while (!text.empty()) {
         const std::string_view line = text.substr(0, text.find('\n'));
         text.remove_prefix(std::min(line.size() + 1, text.size()));
-        const std::size_t equals = line.find('=');
-        const std::string_view rest = equals == std::string_view::npos ? line : line.substr(equals + 1);
-        const std::string value(trimmed(rest.substr(0, rest.find(';'))));
-        if (line.starts_with("model")) {
-            choices.model = value;
-        } else if (line.starts_with("mode")) {
-            choices.mode = value;
+        const Statement statement = parseStatement(line);
+        if (statement.key.starts_with("model")) {
+            choices.model = trimmed(statement.value);
+        } else if (statement.key.starts_with("mode")) {
+            choices.mode = trimmed(statement.value);
         }
     }
     return choices;
@@ -92,8 +90,7 @@ ConfigChoices readChoices(std::string_view text) {
 
 void requireDefinedPair(const SessionPlan& plan, const RunOptions& options) {
     requireDefinedModel(plan, options);
-    const bool needsMap = plan.mode == TALVEK_MODE_QEMSCAN || plan.mode == TALVEK_MODE_GRAIN_WEAVER;
-    if (!needsMap && !options.mineralMap.empty()) {
+    if (!plan.needsMap() && !options.mineralMap.empty()) {
         refuseOption("--mineral-map", plan, "; leave it out or choose mode 2 or 3");
     }
     if (plan.isOffsetting()) {

@@ -15,14 +15,6 @@ namespace talvek::host {
 
 namespace fs = std::filesystem;
 
-namespace {
-
-bool needsMap(const SessionPlan& plan) {
-    return plan.mode == TALVEK_MODE_QEMSCAN || plan.mode == TALVEK_MODE_GRAIN_WEAVER;
-}
-
-}  // namespace
-
 void requireSuitableMesh(const SessionPlan& plan, const Object3D& mesh, const RunFiles& files) {
     if (mesh.numVertices == 0 || mesh.numFaces == 0) {
         throw Failure(kExitMesh, files.mesh + ": the mesh has " +
@@ -33,13 +25,13 @@ void requireSuitableMesh(const SessionPlan& plan, const Object3D& mesh, const Ru
     if (countNotFinite(mesh) == mesh.numVertices) {
         throw Failure(kExitMesh, files.mesh + ": no vertex has a finite position; talvek check says more");
     }
-    if (needsMap(plan)) {
+    if (plan.needsMap()) {
         requireUsableTexture(plan.mode, mesh, files.mesh);
     }
 }
 
 std::optional<MapToPlace> requireMineralMap(const SessionPlan& plan, const RunOptions& options, const RunFiles& files) {
-    if (!needsMap(plan)) {
+    if (!plan.needsMap()) {
         return std::nullopt;
     }
     if (!options.mineralMap.empty()) {

@@ -24,6 +24,7 @@ struct SessionPlan {
     std::vector<PlannedEpoch> epochs;
 
     bool isOffsetting() const { return mode == TALVEK_MODE_OFFSETTING; }
+    bool needsMap() const { return mode == TALVEK_MODE_QEMSCAN || mode == TALVEK_MODE_GRAIN_WEAVER; }
     std::uint64_t totalDays() const;
 };
 

@@ -1,7 +1,6 @@
 #include "talvek/surface_change.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstddef>
 #include <memory>
