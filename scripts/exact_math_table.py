@@ -4,7 +4,7 @@
 Usage: python3 scripts/exact_math_table.py [FILE]
 
 FILE defaults to that test, whose lines between "BEGIN expected results" and "END expected results" are replaced. Each
-function of src/base/exact_math.h gets a table of arguments with correctly rounded results, and a checksum over the
+function of src/math/exact_math.h gets a table of arguments with correctly rounded results, and a checksum over the
 correctly rounded results for RANDOM_COUNT random arguments, which the test draws in the same way. The hard arguments
 below were found by search: among 10^8 random ones and more, and among all floats for the logarithm, their exact results
 lie closest to the middle between two neighbours.

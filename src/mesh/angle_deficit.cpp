@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "base/exact_math.h"
+#include "math/exact_math.h"
 
 namespace talvek {
 

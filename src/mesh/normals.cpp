@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "base/not_a_number.h"
+#include "math/not_a_number.h"
 #include "mesh/normals_sse2.h"
 #include "mesh/vector3.h"
 

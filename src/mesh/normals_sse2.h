@@ -11,7 +11,7 @@
 #include <cstring>
 #include <limits>
 
-#include "base/not_a_number.h"
+#include "math/not_a_number.h"
 
 namespace talvek::sse2 {
 

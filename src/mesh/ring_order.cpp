@@ -4,7 +4,7 @@
 #include <cmath>
 #include <tuple>
 
-#include "base/exact_math.h"
+#include "math/exact_math.h"
 #include "mesh/vector3.h"
 
 namespace talvek {

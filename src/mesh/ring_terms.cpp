@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <numeric>
 
-#include "base/double_pair.h"
-#include "base/exact_math.h"
+#include "math/double_pair.h"
+#include "math/exact_math.h"
 
 namespace talvek {
 

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <cstddef>
 
-#include "base/exact_math.h"
+#include "math/exact_math.h"
 #include "mesh/ring_order.h"
 #include "mesh/ring_terms.h"
 #include "mesh/vector3.h"

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <optional>
 
-#include "base/float_lanes.h"
+#include "math/float_lanes.h"
 #include "mesh/vector3.h"
 #include "weathering/triangle_reach.h"
 

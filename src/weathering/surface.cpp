@@ -1,6 +1,6 @@
 #include "weathering/surface.h"
 
-#include "base/not_a_number.h"
+#include "math/not_a_number.h"
 #include "mesh/normals.h"
 
 namespace talvek {

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <memory>
 
-#include "base/not_a_number.h"
+#include "math/not_a_number.h"
 #include "mesh/object3d.h"
 
 namespace talvek {

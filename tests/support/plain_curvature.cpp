@@ -4,7 +4,7 @@
 #include <array>
 #include <cmath>
 
-#include "base/exact_math.h"
+#include "math/exact_math.h"
 
 namespace talvek::test {
 

@@ -1,5 +1,5 @@
 // The compiler and the machine have to calculate the same tables, to the last bit.
-#include "base/arc_series.h"
+#include "math/arc_series.h"
 
 #include <gtest/gtest.h>
 

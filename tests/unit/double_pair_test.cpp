@@ -1,5 +1,5 @@
 // Two doubles at once give for each what one alone gives, to the last bit.
-#include "base/double_pair.h"
+#include "math/double_pair.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // The platform's own functions cannot tell what the last bit has to be. The expected results come from a computation
 // with hundreds of digits instead: some in tables, those of many random arguments as a checksum. All of them are the
 // same on every platform.
-#include "base/exact_math.h"
+#include "math/exact_math.h"
 
 #include <gtest/gtest.h>
 

@@ -6,7 +6,7 @@
 #include <cmath>
 #include <vector>
 
-#include "base/exact_math.h"
+#include "math/exact_math.h"
 #include "weathering/random.h"
 
 namespace talvek::test {

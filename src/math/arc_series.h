@@ -7,8 +7,8 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "base/double_double.h"
-#include "base/double_pair.h"
+#include "math/double_double.h"
+#include "math/double_pair.h"
 
 namespace talvek::exact {
 

@@ -1,5 +1,5 @@
 // Power and logarithm.
-#include "base/exact_math.h"
+#include "math/exact_math.h"
 
 #include <array>
 #include <cmath>
@@ -7,7 +7,7 @@
 #include <limits>
 #include <optional>
 
-#include "base/double_double.h"
+#include "math/double_double.h"
 
 namespace talvek::exact {
 

@@ -8,9 +8,9 @@
 #include <cstdint>
 #include <limits>
 
-#include "base/arc_series.h"
-#include "base/double_double.h"
-#include "base/exact_math.h"
+#include "math/arc_series.h"
+#include "math/double_double.h"
+#include "math/exact_math.h"
 
 namespace talvek::exact {
 
