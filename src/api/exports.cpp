@@ -10,10 +10,10 @@
 
 #include "api/frame_results.h"
 #include "api/parameter_file.h"
-#include "api/parameters.h"
-#include "api/report.h"
 #include "api/run_driver.h"
-#include "api/session.h"
+#include "api/session/parameters.h"
+#include "api/session/report.h"
+#include "api/session/session.h"
 #include "base/message_format.h"
 #include "base/number_text.h"
 #include "talvek.h"

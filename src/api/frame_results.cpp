@@ -8,7 +8,7 @@
 
 #include "Vexo_Lib/load3d.h"
 #include "Vexo_Lib/obj.h"
-#include "api/session.h"
+#include "api/session/session.h"
 #include "base/number_text.h"
 #include "talvek.h"
 #include "weathering/frames.h"

@@ -7,7 +7,7 @@
 
 #include "api/engine_name.h"
 #include "api/parameter_statement.h"
-#include "api/session.h"
+#include "api/session/session.h"
 #include "base/number_text.h"
 #include "base/output_file.h"
 #include "base/text_scanner.h"

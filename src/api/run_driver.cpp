@@ -6,8 +6,8 @@
 
 #include "Vexo_Lib/load3d.h"
 #include "api/engine_name.h"
-#include "api/report.h"
-#include "api/session.h"
+#include "api/session/report.h"
+#include "api/session/session.h"
 #include "mesh/object3d.h"
 #include "talvek.h"
 #include "weathering/run_mesh_data.h"

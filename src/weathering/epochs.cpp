@@ -1,7 +1,7 @@
 #include "weathering/epochs.h"
 
-#include "api/report.h"
-#include "api/session.h"
+#include "api/session/report.h"
+#include "api/session/session.h"
 #include "weathering/rates.h"
 
 namespace talvek {

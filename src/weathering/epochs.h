@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "api/parameters.h"
+#include "api/session/parameters.h"
 
 namespace talvek {
 

@@ -3,8 +3,8 @@
 #include <vector>
 
 #include "Vexo_Lib/obj.h"
-#include "api/report.h"
-#include "api/session.h"
+#include "api/session/report.h"
+#include "api/session/session.h"
 #include "weathering/surface.h"
 
 namespace talvek {

@@ -1,6 +1,6 @@
 #include "weathering/run_mesh_data.h"
 
-#include "api/session.h"
+#include "api/session/session.h"
 #include "weathering/epochs.h"
 #include "weathering/frames.h"
 #include "weathering/surface.h"

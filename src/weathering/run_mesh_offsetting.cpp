@@ -3,8 +3,8 @@
 #include <memory>
 #include <new>
 
-#include "api/report.h"
-#include "api/session.h"
+#include "api/session/report.h"
+#include "api/session/session.h"
 #include "mesh/shape_index.h"
 #include "talvek.h"
 #include "weathering/epochs.h"

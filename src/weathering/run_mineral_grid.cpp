@@ -3,7 +3,7 @@
 #include <memory>
 #include <optional>
 
-#include "api/session.h"
+#include "api/session/session.h"
 #include "weathering/delta_grid.h"
 #include "weathering/epochs.h"
 #include "weathering/frames.h"

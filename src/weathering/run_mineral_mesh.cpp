@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "api/session.h"
+#include "api/session/session.h"
 #include "weathering/epochs.h"
 #include "weathering/frames.h"
 #include "weathering/mineral_offsets.h"

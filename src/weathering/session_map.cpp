@@ -2,8 +2,8 @@
 
 #include <string_view>
 
-#include "api/report.h"
-#include "api/session.h"
+#include "api/session/report.h"
+#include "api/session/session.h"
 
 namespace talvek {
 

@@ -5,7 +5,7 @@
 #include <iostream>
 
 #include "Vexo_Lib/load3d.h"
-#include "api/session.h"
+#include "api/session/session.h"
 #include "mesh/shape_index.h"
 #include "support/meshes.h"
 #include "support/peak_memory.h"

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "Vexo_Lib/load3d.h"
-#include "api/session.h"
+#include "api/session/session.h"
 #include "support/meshes.h"
 #include "support/runs.h"
 #include "weathering/run_mineral_mesh.h"

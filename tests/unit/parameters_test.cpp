@@ -1,5 +1,5 @@
 // The defaults that each operating mode starts with.
-#include "api/parameters.h"
+#include "api/session/parameters.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // Text files have the line ends of their platform.
-#include "api/report.h"
+#include "api/session/report.h"
 
 #include <gtest/gtest.h>
 

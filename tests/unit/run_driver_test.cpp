@@ -5,7 +5,7 @@
 
 #include <filesystem>
 
-#include "api/session.h"
+#include "api/session/session.h"
 #include "support/meshes.h"
 #include "support/runs.h"
 #include "support/test_files.h"

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "api/parameters.h"
+#include "api/session/parameters.h"
 #include "talvek/session_plan.h"
 
 namespace talvek::host {

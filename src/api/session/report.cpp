@@ -1,8 +1,8 @@
-#include "api/report.h"
+#include "api/session/report.h"
 
 #include <algorithm>
 
-#include "api/session.h"
+#include "api/session/session.h"
 
 namespace talvek {
 

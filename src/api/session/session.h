@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "api/parameters.h"
+#include "api/session/parameters.h"
 #include "base/system.h"
 
 namespace talvek {

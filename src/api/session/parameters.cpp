@@ -1,4 +1,4 @@
-#include "api/parameters.h"
+#include "api/session/parameters.h"
 
 #include "talvek.h"
 

@@ -1,4 +1,4 @@
-#include "api/session.h"
+#include "api/session/session.h"
 
 namespace talvek {
 
