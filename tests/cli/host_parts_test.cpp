@@ -7,14 +7,14 @@
 #include "Vexo_Lib/obj.h"
 #include "support/meshes.h"
 #include "support/test_files.h"
-#include "talvek/exit_status.h"
-#include "talvek/frame_check.h"
-#include "talvek/frame_size.h"
-#include "talvek/movement_warnings.h"
-#include "talvek/preflight.h"
-#include "talvek/progress.h"
-#include "talvek/run_files.h"
-#include "talvek/session_plan.h"
+#include "talvek/plan/run_files.h"
+#include "talvek/plan/session_plan.h"
+#include "talvek/preflight/frame_size.h"
+#include "talvek/preflight/movement_warnings.h"
+#include "talvek/preflight/preflight.h"
+#include "talvek/support/exit_status.h"
+#include "talvek/watch/frame_check.h"
+#include "talvek/watch/progress.h"
 
 namespace talvek::test {
 namespace {

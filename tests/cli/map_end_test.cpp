@@ -13,7 +13,7 @@
 #include "support/bitmaps.h"
 #include "support/other_user.h"
 #include "support/test_files.h"
-#include "talvek/exit_status.h"
+#include "talvek/support/exit_status.h"
 
 namespace talvek::test {
 namespace {

@@ -1,4 +1,4 @@
-#include "talvek/png_check.h"
+#include "talvek/mineral_map/png_check.h"
 
 #include <gtest/gtest.h>
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "talvek/child_process.h"
+#include "talvek/watch/child_process.h"
 
 namespace talvek::test {
 

@@ -12,7 +12,7 @@
 #include "cli/program.h"
 #include "support/meshes.h"
 #include "support/test_files.h"
-#include "talvek/exit_status.h"
+#include "talvek/support/exit_status.h"
 
 namespace talvek::test {
 namespace {

@@ -1,4 +1,4 @@
-#include "talvek/same_file.h"
+#include "talvek/support/same_file.h"
 
 #include <gtest/gtest.h>
 

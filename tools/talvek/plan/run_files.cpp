@@ -1,0 +1,55 @@
+#include "talvek/plan/run_files.h"
+
+#include <system_error>
+#include <utility>
+
+#include "talvek/support/paths.h"
+#include "weathering/frames.h"
+
+namespace talvek::host {
+
+namespace fs = std::filesystem;
+
+RunFiles::RunFiles(std::string meshName) : mesh(std::move(meshName)) {
+    const std::string base = mesh.substr(0, mesh.rfind('.'));
+    mineralMap = base + ".bmp";
+    parameters = base + ".cfg";
+    log = base + ".inf";
+    firstSurface = mesh + ".obj_i.obj";
+    lastSurface = mesh + ".obj_w.obj";
+    folder = pathOf(mesh).parent_path();
+    if (folder.empty()) {
+        folder = ".";
+    }
+}
+
+std::string RunFiles::frame(std::int32_t number) const {
+    return frameFileName(mesh, static_cast<std::uint32_t>(number));
+}
+
+std::vector<std::string> outputFiles(const RunFiles& files, std::int32_t epochs, bool withInputFrame) {
+    std::vector<std::string> names;
+    for (std::int32_t n = withInputFrame ? 0 : 1; n <= epochs; ++n) {
+        names.push_back(files.frame(n));
+    }
+    names.push_back(files.firstSurface);
+    names.push_back(files.lastSurface);
+    return names;
+}
+
+void removeUnfinishedFiles(const fs::path& folder, std::uint64_t processId) {
+    const std::string prefix = ".talvek-" + std::to_string(processId) + "-";
+    std::vector<fs::path> unfinished;
+    std::error_code ignored;
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder, ignored)) {
+        const std::string name = nameOf(entry.path().filename());
+        if (name.starts_with(prefix) && name.ends_with(".tmp")) {
+            unfinished.push_back(entry.path());
+        }
+    }
+    for (const fs::path& path : unfinished) {
+        fs::remove(path, ignored);
+    }
+}
+
+}  // namespace talvek::host

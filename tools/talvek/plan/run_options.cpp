@@ -1,0 +1,204 @@
+#include "talvek/plan/run_options.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cctype>
+#include <cmath>
+#include <map>
+
+namespace talvek::host {
+
+namespace {
+
+using Family = ModelChoice::Family;
+
+const std::map<std::string, std::int32_t> kModeNames = {
+    {"offsetting", TALVEK_MODE_OFFSETTING},
+    {"mesh", TALVEK_MODE_MESH_DATA},
+    {"qemscan", TALVEK_MODE_QEMSCAN},
+    {"grain-weaver", TALVEK_MODE_GRAIN_WEAVER},
+};
+
+const std::map<std::string, ModelChoice> kModelNames = {
+    {"constant", {TALVEK_MODEL_CONSTANT_OFFSET, Family::kOffsetting}},
+    {"random", {TALVEK_MODEL_RANDOM_OFFSET, Family::kOffsetting}},
+    {"smoothing", {TALVEK_MODEL_SMOOTHING, Family::kOffsetting}},
+    {"so2", {TALVEK_MODEL_SO2_CRUST, Family::kWeathering}},
+    {"so2-no2", {TALVEK_MODEL_SO2_NO2_CRUST, Family::kWeathering}},
+    {"acid-rain", {TALVEK_MODEL_ACID_RAIN, Family::kWeathering}},
+};
+
+/// A number, defined or not: whether a mode or model is defined is for the run to say.
+std::optional<std::int32_t> wholeNumber(const std::string& text) {
+    std::int32_t number = 0;
+    return CLI::detail::lexical_cast(text, number) ? std::optional(number) : std::nullopt;
+}
+
+template <typename Names>
+std::string joinNames(const Names& names) {
+    std::string joined;
+    for (const auto& [name, value] : names) {
+        joined += (joined.empty() ? "" : ", ") + name;
+    }
+    return joined;
+}
+
+std::int32_t parseMode(const std::string& text) {
+    const auto named = kModeNames.find(text);
+    if (named != kModeNames.end()) {
+        return named->second;
+    }
+    if (const auto number = wholeNumber(text)) {
+        return *number;
+    }
+    throw CLI::ValidationError("--mode", "no mode " + text + "; a number 0 to 3 or one of " + joinNames(kModeNames));
+}
+
+ModelChoice parseModel(const std::string& text) {
+    const auto named = kModelNames.find(text);
+    if (named != kModelNames.end()) {
+        return named->second;
+    }
+    if (const auto number = wholeNumber(text)) {
+        return {*number, Family::kAny};
+    }
+    throw CLI::ValidationError("--model", "no model " + text + "; a number 0 to 3 or one of " + joinNames(kModelNames));
+}
+
+float parseFinite(const std::string& option, const std::string& text) {
+    float value = 0;
+    if (!CLI::detail::lexical_cast(text, value) || !std::isfinite(value)) {
+        throw CLI::ValidationError(option, text + " is not a finite number");
+    }
+    return value;
+}
+
+/// The values between the commas of a list.
+std::vector<std::string> splitList(const std::string& option, const std::string& text) {
+    std::vector<std::string> values = CLI::detail::split(text, ',');
+    for (std::string& value : values) {
+        CLI::detail::trim(value);
+    }
+    // A comma at the end leaves no value behind it.
+    if (text.ends_with(',') || std::ranges::find(values, "") != values.end()) {
+        throw CLI::ValidationError(option, "\"" + text + "\" has a comma too many");
+    }
+    return values;
+}
+
+std::uint32_t parseDays(const std::string& option, const std::string& text) {
+    std::uint32_t days = 0;
+    if (!CLI::detail::lexical_cast(text, days) || days < 1 || days > TALVEK_MAX_EPOCH_DAYS) {
+        throw CLI::ValidationError(option,
+                                   text + " is not a number of days, 1 to " + std::to_string(TALVEK_MAX_EPOCH_DAYS));
+    }
+    return days;
+}
+
+/// Adds an option that takes one value for all epochs, or one for each with commas between.
+template <typename Value>
+void addList(CLI::App& command, const std::string& name, std::vector<Value>& values,
+             Value (*parse)(const std::string& option, const std::string& text), const std::string& description,
+             const char* typeName) {
+    command
+        .add_option_function<std::string>(
+            name,
+            [name, parse, &values](const std::string& text) {
+                for (const std::string& value : splitList(name, text)) {
+                    values.push_back(parse(name, value));
+                }
+            },
+            description)
+        ->type_name(typeName);
+}
+
+void addEpochValues(CLI::App& command, const char* name, EpochValues& values, const std::string& description) {
+    addList(command, name, values, parseFinite, description, "X[,X...]");
+}
+
+void addChoice(CLI::App& command, RunOptions& options) {
+    command
+        .add_option_function<std::string>(
+            "--mode", [&options](const std::string& text) { options.mode = parseMode(text); },
+            "Operating mode: 0 offsetting, 1 mesh (default), 2 qemscan, 3 grain-weaver")
+        ->type_name("MODE");
+    command
+        .add_option_function<std::string>(
+            "--model", [&options](const std::string& text) { options.model = parseModel(text); },
+            "Weathering model: 1 so2, 2 so2-no2, 3 acid-rain (default);\n"
+            "in mode 0: 0 constant (default), 1 random, 2 smoothing")
+        ->type_name("MODEL");
+    command.add_option("--epochs", options.epochs, "Number of epochs, 1 to 4000 (default 1)")
+        ->check(CLI::Range(1, static_cast<int>(TALVEK_MAX_EPOCHS)))
+        ->type_name("N");
+    addList(command, "--days", options.days, parseDays, "Days of every epoch, or of each, 1 to 1000000 (default 365)",
+            "D[,D...]");
+}
+
+void addEnvironment(CLI::App& command, RunOptions& options) {
+    constexpr const char* kDescriptions[] = {"SO2, in the unit of parameter files (default 4.09e-13)",
+                                             "NO2, in the unit of parameter files (default 1.023e-12)",
+                                             "Rain volume (default 1.13)", "Rain acidity, a pH (default 4.5)"};
+    constexpr const char* kOffsetDescriptions[] = {
+        "Mode 0: constant offset per day, mm", "Mode 0: mean offset per day, mm",
+        "Mode 0: spread of the offset per day, mm", "Mode 0: smoothing amount per day"};
+    for (std::size_t i = 0; i < TALVEK_EPOCH_PARAMS; ++i) {
+        addEpochValues(command, kEnvironmentOptions[i], options.environment[i], kDescriptions[i]);
+    }
+    for (std::size_t i = 0; i < TALVEK_EPOCH_PARAMS; ++i) {
+        addEpochValues(command, kOffsetOptions[i], options.offsets[i], kOffsetDescriptions[i]);
+    }
+}
+
+void addMaterial(CLI::App& command, RunOptions& options) {
+    constexpr const char* kDescriptions[] = {
+        "diffusion coefficient of the SO2 crust", "diffusion coefficient of the SO2+NO2 crust",
+        "first resistance of the SO2 crust",      "second resistance of the SO2 crust",
+        "resistance of the SO2+NO2 crust",        "rate constant of dry recession",
+        "factor of the deposited mass",           "density that divides the deposited mass"};
+    for (std::size_t i = 0; i < TALVEK_MATERIAL_PARAMS; ++i) {
+        const std::string name = materialOption(i);
+        std::optional<float>& value = options.material[i];
+        command
+            .add_option_function<std::string>(
+                name, [name, &value](const std::string& text) { value = parseFinite(name, text); },
+                std::string("Material ") + kMaterialNames[i] + ": " + kDescriptions[i])
+            ->type_name("X");
+    }
+}
+
+void addFiles(CLI::App& command, RunOptions& options) {
+    command.add_option("MESH", options.mesh, "Mesh of the stone: .obj, .wrl, .sas, .bin or .fim, in millimetres")
+        ->required()
+        ->type_name("");
+    command.add_option("--config", options.config, "Parameter file (.cfg) to start from; other options win")
+        ->type_name("FILE");
+    command.add_flag("--save-config", options.saveConfig,
+                     "Write the parameters beside the mesh, as MESH's name with .cfg");
+    command.add_flag("--keep-input-frames", options.keepInputFrame, "Also write the input surface as frame 0");
+    CLI::Option* map = command
+                           .add_option("--mineral-map", options.mineralMap,
+                                       "Modes 2 and 3: bitmap or PNG to put beside the mesh as its mineral map")
+                           ->type_name("FILE");
+    command.add_flag("--replace-map", options.replaceMap, "Let --mineral-map replace another map beside the mesh")
+        ->needs(map);
+    command.add_option("--log", options.log, "Write the library's lines to a file")->type_name("FILE");
+    command.add_flag("--verbose", options.isVerbose, "Write the library's lines to standard output");
+}
+
+}  // namespace
+
+std::string materialOption(std::size_t index) {
+    std::string name = "--" + std::string(kMaterialNames[index]);
+    name[2] = static_cast<char>(std::tolower(name[2]));
+    return name;
+}
+
+void addRunArguments(CLI::App& command, RunOptions& options) {
+    addFiles(command, options);
+    addChoice(command, options);
+    addEnvironment(command, options);
+    addMaterial(command, options);
+}
+
+}  // namespace talvek::host

@@ -1,0 +1,27 @@
+// What is looked into before a run, so that a run that cannot work is refused at once and with a reason.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "mesh/object3d.h"
+#include "talvek/mineral_map/mineral_map_file.h"
+#include "talvek/plan/run_files.h"
+#include "talvek/plan/run_options.h"
+#include "talvek/plan/session_plan.h"
+
+namespace talvek::host {
+
+/// Throws Failure where the mesh does not carry what the mode needs.
+void requireSuitableMesh(const SessionPlan& plan, const Object3D& mesh, const RunFiles& files);
+
+/// In the modes that read a mineral map: throws Failure unless there is one that can be used. Returns the one of the
+/// options where it is still to be put in place.
+std::optional<MapToPlace> requireMineralMap(const SessionPlan& plan, const RunOptions& options, const RunFiles& files);
+
+/// Throws Failure unless files can be created in the folder and the disk has room for the frames and for as many bytes
+/// besides.
+void requireRoom(const SessionPlan& plan, const Object3D& mesh, const RunFiles& files, bool withInputFrame,
+                 std::uint64_t besides = 0);
+
+}  // namespace talvek::host

@@ -1,3 +1,0 @@
-// The image library's own code. It is compiled without warnings, which are its authors' to heed.
-#define STB_IMAGE_IMPLEMENTATION
-#include "talvek/stb_settings.h"
