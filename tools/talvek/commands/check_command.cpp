@@ -1,6 +1,9 @@
 #include "talvek/commands/check_command.h"
 
+#include <CLI/CLI.hpp>
 #include <cstdio>
+#include <memory>
+#include <string>
 
 #include "talvek/formats/mesh_file.h"
 #include "talvek/inspect/binary_check.h"
@@ -89,8 +92,6 @@ int print(const std::string& path, const Findings& findings, const Object3D* mes
     return findings.sentences.empty() ? kExitDone : kExitFindings;
 }
 
-}  // namespace
-
 int checkCommand(const std::string& path) {
     requireReadable(path);
     Findings findings;
@@ -109,6 +110,15 @@ int checkCommand(const std::string& path) {
         checkSurface(*mesh, findings);
     }
     return print(path, findings, mesh.get());
+}
+
+}  // namespace
+
+void addCheckCommand(CommandSet& commands) {
+    const auto path = std::make_shared<std::string>();
+    CLI::App& check = commands.add("check", "Tell why a mesh does not load or will not weather well",
+                                   [path] { return checkCommand(*path); });
+    addFileArgument(check, *path, "MESH", "Mesh to look through: .obj, .wrl, .sas, .bin, .fim or .ply");
 }
 
 }  // namespace talvek::host

@@ -1,7 +1,10 @@
 #include "talvek/commands/convert_command.h"
 
+#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <filesystem>
+#include <memory>
+#include <string>
 #include <system_error>
 
 #include "Vexo_Lib/sas.h"
@@ -39,8 +42,6 @@ MeshWriter writerFor(const std::string& path) {
     throw Failure(kExitUsage, path + ": meshes are written as .obj, .sas or .ply");
 }
 
-}  // namespace
-
 int convertCommand(const std::string& from, const std::string& to) {
     const MeshWriter write = writerFor(to);
     std::error_code ignored;
@@ -53,6 +54,20 @@ int convertCommand(const std::string& from, const std::string& to) {
     }
     std::printf("%s: %s\n", to.c_str(), contentOf(*mesh).c_str());
     return kExitDone;
+}
+
+}  // namespace
+
+void addConvertCommand(CommandSet& commands) {
+    struct Files {
+        std::string from;
+        std::string to;
+    };
+    const auto files = std::make_shared<Files>();
+    CLI::App& convert = commands.add("convert", "Turn a mesh into another format: OBJ, SAS or PLY",
+                                     [files] { return convertCommand(files->from, files->to); });
+    addFileArgument(convert, files->from, "A", "Mesh to read: .obj, .wrl, .sas, .bin, .fim or .ply");
+    addFileArgument(convert, files->to, "B", "Mesh to write: .obj, .sas or .ply");
 }
 
 }  // namespace talvek::host

@@ -1,12 +1,11 @@
 // talvek convert: a mesh from one format into another.
 #pragma once
 
-#include <string>
+#include "talvek/commands/command_set.h"
 
 namespace talvek::host {
 
-/// Reads `from` in any format the library reads, or PLY, and writes `to` as OBJ, SAS or PLY, by its extension. Returns
-/// the exit status; throws Failure.
-int convertCommand(const std::string& from, const std::string& to);
+/// Reads a mesh in any format the library reads, or PLY, and writes it as OBJ, SAS or PLY, by its extension.
+void addConvertCommand(CommandSet& commands);
 
 }  // namespace talvek::host

@@ -1,9 +1,12 @@
 #include "talvek/commands/info_command.h"
 
+#include <CLI/CLI.hpp>
 #include <array>
 #include <charconv>
 #include <cmath>
 #include <cstdio>
+#include <memory>
+#include <string>
 #include <string_view>
 #include <type_traits>
 
@@ -16,7 +19,7 @@ namespace talvek::host {
 
 namespace {
 
-std::string quoted(std::string_view text) {
+std::string jsonString(std::string_view text) {
     std::string result = "\"";
     for (const char c : text) {
         if (static_cast<unsigned char>(c) < ' ') {
@@ -50,7 +53,7 @@ class JsonObject {
         return addText(name, number(value));
     }
     JsonObject& addText(std::string_view name, const std::string& json) {
-        text_ += (text_.empty() ? "{" : ", ") + quoted(name) + ": " + json;
+        text_ += (text_.empty() ? "{" : ", ") + jsonString(name) + ": " + json;
         return *this;
     }
     std::string text() const { return text_ + "}"; }
@@ -82,7 +85,7 @@ std::string json(const std::string& path, const Object3D& mesh, const MeshSurvey
         .add("clockwise", survey.texture.clockwise)
         .add("coverage", survey.texture.coverage);
     JsonObject all;
-    all.addText("file", quoted(path))
+    all.addText("file", jsonString(path))
         .add("vertices", std::int64_t{mesh.numVertices})
         .add("faces", std::int64_t{mesh.numFaces})
         .add("texels", std::int64_t{mesh.numTexels})
@@ -133,17 +136,29 @@ void printText(const std::string& path, const Object3D& mesh, const MeshSurvey& 
     printRow("texture", textureText(survey.texture, mesh.numTexels));
 }
 
-}  // namespace
+struct InfoOptions {
+    std::string path;
+    bool asJson = false;
+};
 
-int infoCommand(const std::string& path, bool asJson) {
-    const std::unique_ptr<Object3D> mesh = readMesh(path);
+int infoCommand(const InfoOptions& options) {
+    const std::unique_ptr<Object3D> mesh = readMesh(options.path);
     const MeshSurvey survey = surveyMesh(*mesh);
-    if (asJson) {
-        std::printf("%s\n", json(path, *mesh, survey).c_str());
+    if (options.asJson) {
+        std::printf("%s\n", json(options.path, *mesh, survey).c_str());
     } else {
-        printText(path, *mesh, survey);
+        printText(options.path, *mesh, survey);
     }
     return kExitDone;
+}
+
+}  // namespace
+
+void addInfoCommand(CommandSet& commands) {
+    const auto options = std::make_shared<InfoOptions>();
+    CLI::App& info = commands.add("info", "Tell what a mesh consists of", [options] { return infoCommand(*options); });
+    addFileArgument(info, options->path, "MESH", "Mesh to look at: .obj, .wrl, .sas, .bin, .fim or .ply");
+    info.add_flag("--json", options->asJson, "Print one JSON object");
 }
 
 }  // namespace talvek::host

@@ -1,11 +1,11 @@
 // talvek info: what a mesh consists of.
 #pragma once
 
-#include <string>
+#include "talvek/commands/command_set.h"
 
 namespace talvek::host {
 
-/// Prints a survey of the mesh, as text or as one JSON object. Returns the exit status; throws Failure.
-int infoCommand(const std::string& path, bool asJson);
+/// Prints a survey of the mesh, as text or as one JSON object.
+void addInfoCommand(CommandSet& commands);
 
 }  // namespace talvek::host

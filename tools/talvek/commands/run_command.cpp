@@ -1,9 +1,12 @@
 #include "talvek/commands/run_command.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <memory>
 
+#include "talvek/engine/host_session.h"
 #include "talvek/formats/mesh_file.h"
 #include "talvek/plan/option_check.h"
 #include "talvek/plan/run_files.h"
@@ -25,6 +28,10 @@
 namespace talvek::host {
 
 namespace {
+
+// The commands with which this program starts itself; they take the arguments of `run`.
+constexpr const char* kDescribeCommand = "describe-session";
+constexpr const char* kSessionCommand = "run-session";
 
 std::vector<std::string> childCommand(const char* command, const std::vector<std::string>& arguments) {
     std::vector<std::string> all = {programPath(), command};
@@ -164,8 +171,6 @@ void checkOutputs(const PreparedRun& run, FrameCheck& frames) {
     }
 }
 
-}  // namespace
-
 int runCommand(const RunOptions& options, const std::vector<std::string>& arguments) {
     if (!options.config.empty() && !options.config.ends_with(".cfg")) {
         throw Failure(kExitUsage, options.config + ": the name of a parameter file ends in .cfg; rename it");
@@ -184,6 +189,19 @@ int runCommand(const RunOptions& options, const std::vector<std::string>& argume
     checkOutputs(run, frames);
     printSummary(run.files, run.plan);
     return kExitDone;
+}
+
+}  // namespace
+
+void addRunCommands(CommandSet& commands, const std::vector<std::string>& arguments) {
+    const auto options = std::make_shared<RunOptions>();
+    addRunArguments(commands.add("run", "Weather a mesh, one frame for every epoch",
+                                 [options, arguments] {
+                                     return runCommand(*options, {arguments.begin() + 1, arguments.end()});
+                                 }),
+                    *options);
+    addRunArguments(commands.addHidden(kDescribeCommand, [options] { return describeSession(*options); }), *options);
+    addRunArguments(commands.addHidden(kSessionCommand, [options] { return runSession(*options); }), *options);
 }
 
 }  // namespace talvek::host
