@@ -1,7 +1,7 @@
 #include "Vexo_Lib/sas.h"
 
 #include "Vexo_Lib/error_report.h"
-#include "Vexo_Lib/sas_layout.h"
+#include "Vexo_Lib/sas_encoding.h"
 
 namespace talvek {
 

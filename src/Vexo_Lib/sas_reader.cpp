@@ -1,4 +1,4 @@
-#include "Vexo_Lib/sas_layout.h"
+#include "Vexo_Lib/sas_encoding.h"
 
 namespace talvek {
 

@@ -1,6 +1,6 @@
 #include <algorithm>
 
-#include "Vexo_Lib/sas_layout.h"
+#include "Vexo_Lib/sas_encoding.h"
 
 namespace talvek {
 

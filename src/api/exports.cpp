@@ -16,8 +16,8 @@
 #include "api/session/session.h"
 #include "base/message_format.h"
 #include "base/number_text.h"
+#include "base/run_file_names.h"
 #include "talvek.h"
-#include "weathering/frames.h"
 
 using talvek::EpochRecord;
 using talvek::session;
@@ -74,22 +74,17 @@ void copyText(char* out, std::string_view text) {
     out[text.size()] = '\0';
 }
 
-std::string_view baseName(std::string_view name) {
-    return name.substr(0, name.rfind('.'));
-}
-
 bool fitsWithDerivedNames(std::string_view name) {
-    return name.size() < TALVEK_FILE_NAME_SIZE && baseName(name).size() + std::strlen(".cfg") < TALVEK_FILE_NAME_SIZE &&
+    return name.size() < TALVEK_FILE_NAME_SIZE && talvek::parameterFileName(name).size() < TALVEK_FILE_NAME_SIZE &&
            talvek::frameFileName(name, TALVEK_MAX_EPOCHS).size() < TALVEK_FRAME_FILE_NAME_SIZE;
 }
 
 void setFileName(std::string_view name) {
     TalvekSession& current = session();
-    const std::string base(baseName(name));
     copyText(current.fileName, name);
-    copyText(current.bmpFileName, base + ".bmp");
-    copyText(current.cfgFileName, base + ".cfg");
-    copyText(current.logFileName, base + ".inf");
+    copyText(current.bmpFileName, talvek::mineralMapName(name));
+    copyText(current.cfgFileName, talvek::parameterFileName(name));
+    copyText(current.logFileName, talvek::runLogName(name));
 }
 
 std::int32_t appendText(const char* path, std::string_view text) {
@@ -118,7 +113,7 @@ void talvekFree(void) {
 }
 
 int32_t talvekStart(void) {
-    return talvek::runSession();
+    return talvek::runSimulation();
 }
 
 void talvekStop(void) {

@@ -10,8 +10,8 @@
 #include "Vexo_Lib/obj.h"
 #include "api/session/session.h"
 #include "base/number_text.h"
+#include "base/run_file_names.h"
 #include "talvek.h"
-#include "weathering/frames.h"
 
 namespace talvek {
 

@@ -6,6 +6,6 @@
 namespace talvek {
 
 /// Runs the session's simulation, see talvekStart. Throws nothing.
-std::int32_t runSession() noexcept;
+std::int32_t runSimulation() noexcept;
 
 }  // namespace talvek

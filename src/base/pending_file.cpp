@@ -1,5 +1,7 @@
 #include "base/pending_file.h"
 
+#include "base/run_file_names.h"
+
 namespace talvek {
 
 namespace {
@@ -12,7 +14,8 @@ std::string temporaryName(const std::string& target, int attempt) {
     const std::size_t folderEnd = target.rfind('/');
 #endif
     const std::string folder = folderEnd == std::string::npos ? std::string() : target.substr(0, folderEnd + 1);
-    return folder + ".talvek-" + std::to_string(system::processId()) + "-" + std::to_string(attempt) + ".tmp";
+    return folder + std::string(kUnfinishedPrefix) + std::to_string(system::processId()) + "-" +
+           std::to_string(attempt) + std::string(kUnfinishedSuffix);
 }
 
 }  // namespace

@@ -7,7 +7,8 @@
 #include "api/session/session.h"
 #include "mesh/shape_index.h"
 #include "talvek.h"
-#include "weathering/epochs.h"
+#include "weathering/epoch_log.h"
+#include "weathering/epoch_loop.h"
 #include "weathering/frames.h"
 #include "weathering/gaussian_offset.h"
 #include "weathering/surface.h"
@@ -21,7 +22,7 @@ void reportShapeIndex(bool isThere) {
 }
 
 /// Null for the models that do without curvature.
-std::unique_ptr<ShapeIndex> reportedShapeIndex(Object3D& surface) {
+std::unique_ptr<ShapeIndex> createAndReportShapeIndex(Object3D& surface) {
     requireCurvableMesh(&surface);
     std::unique_ptr<ShapeIndex> shapeIndex;
     try {
@@ -44,7 +45,7 @@ struct EpochOffsets {
     double smooth;
 };
 
-EpochOffsets reportedOffsets(const EpochRecord& epoch) {
+EpochOffsets findAndReportOffsets(const EpochRecord& epoch) {
     const double days = epoch.days();
     const EpochOffsets offsets = {.constant = epoch.constantOffset() * days,
                                   .mean = epoch.meanOffset() * days,
@@ -88,16 +89,10 @@ void moveByModel(Object3D& surface, ShapeIndex* shapeIndex, const EpochOffsets& 
 }
 
 void weather(Object3D& surface) {
-    const TalvekSession& current = session();
-    const std::unique_ptr<ShapeIndex> shapeIndex = reportedShapeIndex(surface);
-    reportNumEpochs(current.numEpochs);
-    for (std::int32_t n = 1; n <= current.numEpochs; ++n) {
-        const EpochRecord& epoch = current.epochTable.epoch(n);
-        reportEpochLength(n, epoch);
-        moveByModel(surface, shapeIndex.get(), reportedOffsets(epoch));
-        surface.updateVertexNormals();
-        saveFrame(surface, n);
-    }
+    const std::unique_ptr<ShapeIndex> shapeIndex = createAndReportShapeIndex(surface);
+    weatherThroughEpochs(surface, [&shapeIndex](Object3D& moved, const EpochRecord& epoch) {
+        moveByModel(moved, shapeIndex.get(), findAndReportOffsets(epoch));
+    });
 }
 
 }  // namespace

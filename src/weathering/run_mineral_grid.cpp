@@ -5,12 +5,12 @@
 
 #include "api/session/session.h"
 #include "weathering/delta_grid.h"
-#include "weathering/epochs.h"
+#include "weathering/epoch_log.h"
 #include "weathering/frames.h"
 #include "weathering/grid_mesh.h"
 #include "weathering/grid_surface.h"
+#include "weathering/map_loading.h"
 #include "weathering/rasterise.h"
-#include "weathering/session_map.h"
 
 namespace talvek {
 
@@ -49,7 +49,7 @@ class EpochDeltas {
 
 void runMineralGrid(const Object3D& mesh) {
     const TalvekSession& current = session();
-    const EpochDeltas deltas(reportedMineralMap(true).get());
+    const EpochDeltas deltas(loadAndReportMap(true).get());
     GridSurface surface = firstSurface(mesh);
     reportNumEpochs(current.numEpochs);
     for (std::int32_t n = 1; n <= current.numEpochs; ++n) {
@@ -57,12 +57,13 @@ void runMineralGrid(const Object3D& mesh) {
         reportEpochLength(n, epoch);
         reportEnvironment(epoch);
         // Every epoch starts from a resampling of the mesh that the epoch before has left.
-        surface.move(deltas.of(reportedDelta(epoch)).get());
+        surface.move(deltas.of(computeAndReportDelta(epoch)).get());
         const std::unique_ptr<Object3D> frame = gridToMesh(&surface.positions(), true);
         surface.resample(*frame);
         writeFrame(*frame, n);
     }
-    writeSummary(mesh, *gridToMesh(&surface.positions(), true));
+    writeFirstSurface(mesh);
+    writeLastSurface(*gridToMesh(&surface.positions(), true));
 }
 
 }  // namespace talvek

@@ -3,10 +3,11 @@
 #include <memory>
 
 #include "api/session/session.h"
-#include "weathering/epochs.h"
+#include "weathering/epoch_log.h"
+#include "weathering/epoch_loop.h"
 #include "weathering/frames.h"
+#include "weathering/map_loading.h"
 #include "weathering/mineral_offsets.h"
-#include "weathering/session_map.h"
 #include "weathering/surface.h"
 
 namespace talvek {
@@ -15,7 +16,7 @@ namespace {
 
 /// Without a weathering model an epoch moves the surface by its constant offset. The run driver lets no such run
 /// through; other callers may.
-double reportedMove(const EpochRecord& epoch) {
+double findAndReportMove(const EpochRecord& epoch) {
     if (session().model == 0) {
         reportOffsetPerDay(epoch);
         const double delta = epoch.constantOffset() * epoch.days();
@@ -23,25 +24,19 @@ double reportedMove(const EpochRecord& epoch) {
         return delta;
     }
     reportEnvironment(epoch);
-    return reportedDelta(epoch);
+    return computeAndReportDelta(epoch);
 }
 
 void weather(Object3D& surface) {
-    const TalvekSession& current = session();
-    const std::unique_ptr<MineralMap> map = reportedMineralMap(hasTexture(surface));
-    reportNumEpochs(current.numEpochs);
-    for (std::int32_t n = 1; n <= current.numEpochs; ++n) {
-        const EpochRecord& epoch = current.epochTable.epoch(n);
-        reportEpochLength(n, epoch);
-        const auto delta = static_cast<float>(reportedMove(epoch));
+    const std::unique_ptr<MineralMap> map = loadAndReportMap(hasTexture(surface));
+    weatherThroughEpochs(surface, [&map](Object3D& moved, const EpochRecord& epoch) {
+        const auto delta = static_cast<float>(findAndReportMove(epoch));
         if (map != nullptr) {
-            applyMineralOffsets(surface, *map, delta);
+            applyMineralOffsets(moved, *map, delta);
         } else {
-            moveAlongNormals(surface, delta);
+            moveAlongNormals(moved, delta);
         }
-        surface.updateVertexNormals();
-        saveFrame(surface, n);
-    }
+    });
 }
 
 }  // namespace

@@ -30,7 +30,7 @@ class RunDriver : public ::testing::Test {
 
     static std::string outputOf(std::int32_t expectedResult) {
         ::testing::internal::CaptureStdout();
-        EXPECT_EQ(runSession(), expectedResult);
+        EXPECT_EQ(runSimulation(), expectedResult);
         EXPECT_EQ(talvekGetStatus(), TALVEK_STATUS_READY);
         return ::testing::internal::GetCapturedStdout();
     }

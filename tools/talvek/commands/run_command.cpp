@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <memory>
 
+#include "api/session/log_lines.h"
+#include "base/run_file_names.h"
 #include "talvek/engine/host_session.h"
 #include "talvek/formats/mesh_file.h"
 #include "talvek/plan/option_check.h"
@@ -97,7 +99,7 @@ PreparedRun prepare(const RunOptions& options, const SessionPlan& plan) {
     requireRoom(plan, *mesh, run.files, run.withInputFrame, map ? map->bytes.size() : 0);
     printWarnings({textureWarning(plan.mode, *mesh)});
     printWarnings(movementWarnings(plan, *mesh));
-    if (plan.mode != TALVEK_MODE_QEMSCAN) {
+    if (plan.keepsVertices()) {
         run.counts = ExpectedCounts{mesh->numVertices, mesh->numFaces};
     }
     if (map) {
@@ -116,7 +118,7 @@ std::size_t countNewFrames(const PreparedRun& run, const FrameCheck& frames) {
 
 /// The library goes on without a map that it cannot read, and the stone would be another one. Throws Failure then.
 void requireMapWasLoaded(std::string_view line, const RunFiles& files) {
-    if (line.starts_with("Mineral map ") && line.ends_with(" NOT loaded!")) {
+    if (line.starts_with(kMapLineStart) && line.ends_with(kMapNotLoadedEnd)) {
         throw Failure(kExitRefused, files.mineralMap +
                                         ": the mineral map was usable before the run, and the library could not read "
                                         "it any more; what this run has written is that of a stone without a map; look "
@@ -172,7 +174,7 @@ void checkOutputs(const PreparedRun& run, FrameCheck& frames) {
 }
 
 int runCommand(const RunOptions& options, const std::vector<std::string>& arguments) {
-    if (!options.config.empty() && !options.config.ends_with(".cfg")) {
+    if (!options.config.empty() && !options.config.ends_with(kParametersExtension)) {
         throw Failure(kExitUsage, options.config + ": the name of a parameter file ends in .cfg; rename it");
     }
     int status = kExitDone;

@@ -3,20 +3,19 @@
 #include <system_error>
 #include <utility>
 
+#include "base/run_file_names.h"
 #include "talvek/support/paths.h"
-#include "weathering/frames.h"
 
 namespace talvek::host {
 
 namespace fs = std::filesystem;
 
 RunFiles::RunFiles(std::string meshName) : mesh(std::move(meshName)) {
-    const std::string base = mesh.substr(0, mesh.rfind('.'));
-    mineralMap = base + ".bmp";
-    parameters = base + ".cfg";
-    log = base + ".inf";
-    firstSurface = mesh + ".obj_i.obj";
-    lastSurface = mesh + ".obj_w.obj";
+    mineralMap = mineralMapName(mesh);
+    parameters = parameterFileName(mesh);
+    log = runLogName(mesh);
+    firstSurface = firstSurfaceName(mesh);
+    lastSurface = lastSurfaceName(mesh);
     folder = pathOf(mesh).parent_path();
     if (folder.empty()) {
         folder = ".";
@@ -38,12 +37,12 @@ std::vector<std::string> outputFiles(const RunFiles& files, std::int32_t epochs,
 }
 
 void removeUnfinishedFiles(const fs::path& folder, std::uint64_t processId) {
-    const std::string prefix = ".talvek-" + std::to_string(processId) + "-";
+    const std::string prefix = std::string(kUnfinishedPrefix) + std::to_string(processId) + "-";
     std::vector<fs::path> unfinished;
     std::error_code ignored;
     for (const fs::directory_entry& entry : fs::directory_iterator(folder, ignored)) {
         const std::string name = nameOf(entry.path().filename());
-        if (name.starts_with(prefix) && name.ends_with(".tmp")) {
+        if (name.starts_with(prefix) && name.ends_with(kUnfinishedSuffix)) {
             unfinished.push_back(entry.path());
         }
     }

@@ -4,13 +4,14 @@
 #include <cmath>
 #include <cstdio>
 
+#include "api/session/log_lines.h"
+
 namespace talvek::host {
 
 std::optional<std::int32_t> announcedEpoch(std::string_view line) {
-    constexpr std::string_view kAnnouncement = "epoch: ";
     std::int32_t number = 0;
-    if (!line.starts_with(kAnnouncement) ||
-        std::from_chars(line.data() + kAnnouncement.size(), line.data() + line.size(), number).ec != std::errc()) {
+    if (!line.starts_with(kEpochLineStart) ||
+        std::from_chars(line.data() + kEpochLineStart.size(), line.data() + line.size(), number).ec != std::errc()) {
         return std::nullopt;
     }
     return number;

@@ -9,6 +9,6 @@ namespace talvek {
 
 /// Reads the session's mineral map and reports whether the stone counts as homogeneous. Returns null when it does: the
 /// map cannot be read, or the mesh cannot carry one.
-std::unique_ptr<MineralMap> reportedMineralMap(bool canCarryMap);
+std::unique_ptr<MineralMap> loadAndReportMap(bool canCarryMap);
 
 }  // namespace talvek

@@ -1,4 +1,4 @@
-// What the runners of all operating modes say about their epochs.
+// What the run log says of the epochs, in all operating modes.
 #pragma once
 
 #include <cstdint>
@@ -20,6 +20,6 @@ void reportOffsetPerDay(const EpochRecord& epoch);
 void reportDelta(double delta);
 
 /// Computes the thickness by which the session's model moves the surface in an epoch, and reports it.
-double reportedDelta(const EpochRecord& epoch);
+double computeAndReportDelta(const EpochRecord& epoch);
 
 }  // namespace talvek

@@ -1,5 +1,6 @@
-#include "weathering/epochs.h"
+#include "weathering/epoch_log.h"
 
+#include "api/session/log_lines.h"
 #include "api/session/report.h"
 #include "api/session/session.h"
 #include "weathering/rates.h"
@@ -11,7 +12,7 @@ void reportNumEpochs(std::int32_t numEpochs) {
 }
 
 void reportEpochLength(std::int32_t number, const EpochRecord& epoch) {
-    report("\nepoch: %i\tdays: %.0f\n", {number, epoch.days()});
+    report("\n%s%i\tdays: %.0f\n", {kEpochLineStart, number, epoch.days()});
 }
 
 void reportEnvironment(const EpochRecord& epoch) {
@@ -28,7 +29,7 @@ void reportDelta(double delta) {
     report("delta = %.4f\n", {delta});
 }
 
-double reportedDelta(const EpochRecord& epoch) {
+double computeAndReportDelta(const EpochRecord& epoch) {
     const double delta = weatheringDelta(*session().materialParams, epoch, session().model);
     reportDelta(delta);
     return delta;
