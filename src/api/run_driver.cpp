@@ -1,11 +1,14 @@
 #include "api/run_driver.h"
 
+#include <array>
+#include <cstddef>
 #include <memory>
 #include <new>
 #include <string_view>
 
 #include "Vexo_Lib/load3d.h"
 #include "api/engine_name.h"
+#include "api/session/operating_modes.h"
 #include "api/session/report.h"
 #include "api/session/session.h"
 #include "mesh/object3d.h"
@@ -19,43 +22,11 @@ namespace talvek {
 
 namespace {
 
-struct OperatingMode {
-    std::string_view line;
-    bool readsTexture;
-    void (*run)(const Object3D& mesh);
-};
+using Runner = void (*)(const Object3D& mesh);
 
-constexpr OperatingMode kModes[] = {
-    {"Operating mode: Mesh Offsetting.\n", false, runMeshOffsetting},
-    {"Operating mode: Mesh Data only.\n", false, runMeshData},
-    {"Operating mode: Mesh & QEMSCAN Mineral Data.\n", true, runMineralGrid},
-    {"Operating mode: Mesh & Grain-Weaver Mineral Data.\n", true, runMineralMesh},
-};
-
-// Empty where a model is not defined. The missing full stop has always been missing.
-constexpr std::string_view kOffsettingModels[] = {
-    "Weathering model: Constant offsetting\n",
-    "Weathering model: Random offsetting.\n",
-    "Weathering model: Smoothing/Roughening.\n",
-    "",
-};
-constexpr std::string_view kWeatheringModels[] = {
-    "",
-    "Weathering model: Dry deposition of crust due to SO2.\n",
-    "Weathering model: Dry deposition of crust due to SO2+NO2.\n",
-    "Weathering model: Recession by acid rain due to SO2+NO2+CO2.\n",
-};
-
-const OperatingMode* operatingMode(std::int32_t mode) {
-    return mode >= 0 && mode <= TALVEK_MODE_GRAIN_WEAVER ? &kModes[mode] : nullptr;
-}
-
-std::string_view modelLine(std::int32_t mode, std::int32_t model) {
-    if (model < 0 || model > TALVEK_MODEL_ACID_RAIN) {
-        return {};
-    }
-    return mode == TALVEK_MODE_OFFSETTING ? kOffsettingModels[model] : kWeatheringModels[model];
-}
+/// By the modes' numbers.
+constexpr std::array<Runner, kOperatingModes.size()> kRunners = {runMeshOffsetting, runMeshData, runMineralGrid,
+                                                                 runMineralMesh};
 
 bool hasEpochRecords() {
     return session().epochTable && session().numEpochs <= session().epochTable.size;
@@ -92,10 +63,10 @@ void reportMaterial(const MaterialRecord& m) {
            {m.de(), m.den(), m.hd(), m.ks(), m.ksn(), m.kr(), m.mb(), m.db()});
 }
 
-/// The mesh of the session with no more than the mode reads; null when it does not load.
-std::unique_ptr<Object3D> loadMesh(const OperatingMode& mode) {
+/// The mesh of the session with no more than is read of it; null when it does not load.
+std::unique_ptr<Object3D> loadMesh(bool readsTexture) {
     std::unique_ptr<Object3D> mesh = loadBareMesh(session().fileName);
-    if (mesh != nullptr && !mode.readsTexture) {
+    if (mesh != nullptr && !readsTexture) {
         mesh->texels.reset();
         mesh->texelIndex.reset();
     }
@@ -105,17 +76,17 @@ std::unique_ptr<Object3D> loadMesh(const OperatingMode& mode) {
 std::int32_t runMode(const OperatingMode& mode) {
     const std::string_view fileName = session().fileName;
     report("\nLoading File %s ...\n", {fileName});
-    const std::unique_ptr<Object3D> mesh = loadMesh(mode);
+    const std::unique_ptr<Object3D> mesh = loadMesh(mode.needsMap);
     if (mesh == nullptr) {
         return abortRun(TALVEK_ERROR_MESH, "\tMesh NOT loaded!");
     }
     mesh->measureFaces();
     reportMesh(*mesh);
-    if (session().mode != TALVEK_MODE_OFFSETTING) {
+    if (!mode.isOffsetting) {
         reportMaterial(*session().materialParams);
     }
     session().status.store(TALVEK_STATUS_COMPUTING, std::memory_order_relaxed);
-    mode.run(*mesh);
+    kRunners[static_cast<std::size_t>(session().mode)](*mesh);
     return TALVEK_OK;
 }
 
@@ -126,11 +97,11 @@ std::int32_t checkAndRun() {
         return abortRun(TALVEK_ERROR_UNDEFINED_MODE, "Operating mode: Undefined!");
     }
     report(mode->line);
-    const std::string_view model = modelLine(session().mode, session().model);
-    if (model.empty()) {
+    const WeatheringModel* model = weatheringModel(*mode, session().model);
+    if (model == nullptr) {
         return abortRun(TALVEK_ERROR_UNDEFINED_MODEL, "Weathering model: Undefined!");
     }
-    report(model);
+    report(model->line);
     if (session().materialParams == nullptr) {
         return abortRun(TALVEK_ERROR_NULL, "Material params undefined!");
     }
@@ -165,7 +136,7 @@ std::int32_t runGuarded() noexcept {
 
 }  // namespace
 
-std::int32_t runSession() noexcept {
+std::int32_t runSimulation() noexcept {
     TalvekSession& current = session();
     current.stopRequested.store(false, std::memory_order_relaxed);
     current.logFile = system::File::openForWriting(current.logFileName);

@@ -1,55 +1,49 @@
 #include "talvek/plan/mode_names.h"
 
-#include <array>
+#include <string_view>
 
-#include "talvek.h"
+#include "api/session/operating_modes.h"
 
 namespace talvek::host {
 
 namespace {
 
-constexpr std::array<const char*, 4> kModes = {"offsetting", "mesh", "qemscan", "grain-weaver"};
-using Models = std::array<const char*, 4>;
-constexpr Models kOffsettingModels = {"constant", "random", "smoothing", nullptr};
-constexpr Models kWeatheringModels = {nullptr, "so2", "so2-no2", "acid-rain"};
-
-const char* nameOfModel(std::int32_t mode, std::int32_t model) {
-    const Models& models = mode == TALVEK_MODE_OFFSETTING ? kOffsettingModels : kWeatheringModels;
-    const auto index = static_cast<std::size_t>(model);
-    return index < models.size() ? models[index] : nullptr;
-}
-
-std::string numberAndName(std::int32_t number, const char* name) {
-    return std::to_string(number) + (name != nullptr ? " (" + std::string(name) + ")" : "");
+std::string numberAndName(std::int32_t number, std::string_view name) {
+    return std::to_string(number) + (name.empty() ? "" : " (" + std::string(name) + ")");
 }
 
 }  // namespace
 
 std::string modeName(std::int32_t mode) {
-    const auto index = static_cast<std::size_t>(mode);
-    return "mode " + numberAndName(mode, index < kModes.size() ? kModes[index] : nullptr);
+    const OperatingMode* row = operatingMode(mode);
+    return "mode " + numberAndName(mode, row != nullptr ? row->name : "");
 }
 
 std::string modelName(std::int32_t mode, std::int32_t model) {
-    return "model " + numberAndName(model, nameOfModel(mode, model));
+    const OperatingMode* row = operatingMode(mode);
+    const WeatheringModel* named = row != nullptr ? weatheringModel(*row, model) : nullptr;
+    return "model " + numberAndName(model, named != nullptr ? named->name : "");
 }
 
 std::string modelsOf(std::int32_t mode) {
     std::string text;
-    for (std::int32_t model = 0; model <= TALVEK_MODEL_ACID_RAIN; ++model) {
-        if (isDefinedModel(mode, model)) {
-            text += (text.empty() ? "models are " : ", ") + numberAndName(model, nameOfModel(mode, model));
+    std::int32_t number = 0;
+    for (const WeatheringModel& model : *operatingMode(mode)->models) {
+        if (!model.name.empty()) {
+            text += (text.empty() ? "models are " : ", ") + numberAndName(number, model.name);
         }
+        ++number;
     }
     return text;
 }
 
 bool isDefinedModel(std::int32_t mode, std::int32_t model) {
-    return nameOfModel(mode, model) != nullptr;
+    const OperatingMode* row = operatingMode(mode);
+    return row != nullptr && weatheringModel(*row, model) != nullptr;
 }
 
 bool usesEpochValue(std::int32_t mode, std::int32_t model, std::size_t slot) {
-    if (mode != TALVEK_MODE_OFFSETTING) {
+    if (!operatingMode(mode)->isOffsetting) {
         return true;
     }
     switch (model) {

@@ -4,7 +4,8 @@
 #include <algorithm>
 #include <cctype>
 #include <cmath>
-#include <map>
+
+#include "api/session/operating_modes.h"
 
 namespace talvek::host {
 
@@ -12,57 +13,60 @@ namespace {
 
 using Family = ModelChoice::Family;
 
-const std::map<std::string, std::int32_t> kModeNames = {
-    {"offsetting", TALVEK_MODE_OFFSETTING},
-    {"mesh", TALVEK_MODE_MESH_DATA},
-    {"qemscan", TALVEK_MODE_QEMSCAN},
-    {"grain-weaver", TALVEK_MODE_GRAIN_WEAVER},
-};
-
-const std::map<std::string, ModelChoice> kModelNames = {
-    {"constant", {TALVEK_MODEL_CONSTANT_OFFSET, Family::kOffsetting}},
-    {"random", {TALVEK_MODEL_RANDOM_OFFSET, Family::kOffsetting}},
-    {"smoothing", {TALVEK_MODEL_SMOOTHING, Family::kOffsetting}},
-    {"so2", {TALVEK_MODEL_SO2_CRUST, Family::kWeathering}},
-    {"so2-no2", {TALVEK_MODEL_SO2_NO2_CRUST, Family::kWeathering}},
-    {"acid-rain", {TALVEK_MODEL_ACID_RAIN, Family::kWeathering}},
-};
-
 /// A number, defined or not: whether a mode or model is defined is for the run to say.
 std::optional<std::int32_t> wholeNumber(const std::string& text) {
     std::int32_t number = 0;
     return CLI::detail::lexical_cast(text, number) ? std::optional(number) : std::nullopt;
 }
 
-template <typename Names>
-std::string joinNames(const Names& names) {
-    std::string joined;
-    for (const auto& [name, value] : names) {
-        joined += (joined.empty() ? "" : ", ") + name;
+std::string listOfModes() {
+    std::string names;
+    for (const OperatingMode& mode : kOperatingModes) {
+        names.append(names.empty() ? "" : ", ").append(mode.name);
     }
-    return joined;
+    return names;
+}
+
+/// The models of all modes, each once.
+std::string listOfModels() {
+    std::string names;
+    for (const WeatheringModels* models : {&kOffsettingModels, &kRateModels}) {
+        for (const WeatheringModel& model : *models) {
+            names.append(names.empty() || model.name.empty() ? "" : ", ").append(model.name);
+        }
+    }
+    return names;
 }
 
 std::int32_t parseMode(const std::string& text) {
-    const auto named = kModeNames.find(text);
-    if (named != kModeNames.end()) {
-        return named->second;
+    const auto* const named = std::ranges::find(kOperatingModes, text, &OperatingMode::name);
+    if (named != kOperatingModes.end()) {
+        return static_cast<std::int32_t>(named - kOperatingModes.begin());
     }
     if (const auto number = wholeNumber(text)) {
         return *number;
     }
-    throw CLI::ValidationError("--mode", "no mode " + text + "; a number 0 to 3 or one of " + joinNames(kModeNames));
+    throw CLI::ValidationError("--mode", "no mode " + text + "; a number 0 to 3 or one of " + listOfModes());
+}
+
+std::optional<std::int32_t> modelCalled(const std::string& name, const WeatheringModels& models) {
+    const auto* const named = std::ranges::find(models, name, &WeatheringModel::name);
+    // Models that a mode does not have are called nothing.
+    return named != models.end() && !name.empty() ? std::optional(static_cast<std::int32_t>(named - models.begin()))
+                                                  : std::nullopt;
 }
 
 ModelChoice parseModel(const std::string& text) {
-    const auto named = kModelNames.find(text);
-    if (named != kModelNames.end()) {
-        return named->second;
+    if (const auto offsetting = modelCalled(text, kOffsettingModels)) {
+        return {*offsetting, Family::kOffsetting};
+    }
+    if (const auto rate = modelCalled(text, kRateModels)) {
+        return {*rate, Family::kWeathering};
     }
     if (const auto number = wholeNumber(text)) {
         return {*number, Family::kAny};
     }
-    throw CLI::ValidationError("--model", "no model " + text + "; a number 0 to 3 or one of " + joinNames(kModelNames));
+    throw CLI::ValidationError("--model", "no model " + text + "; a number 0 to 3 or one of " + listOfModels());
 }
 
 float parseFinite(const std::string& option, const std::string& text) {

@@ -3,6 +3,8 @@
 #include <charconv>
 #include <numeric>
 
+#include "api/session/operating_modes.h"
+
 namespace talvek::host {
 
 namespace {
@@ -51,6 +53,21 @@ std::string_view takeLine(std::string_view& text) {
 }
 
 }  // namespace
+
+bool SessionPlan::isOffsetting() const {
+    const OperatingMode* row = operatingMode(mode);
+    return row != nullptr && row->isOffsetting;
+}
+
+bool SessionPlan::needsMap() const {
+    const OperatingMode* row = operatingMode(mode);
+    return row != nullptr && row->needsMap;
+}
+
+bool SessionPlan::keepsVertices() const {
+    const OperatingMode* row = operatingMode(mode);
+    return row != nullptr && row->keepsVertices;
+}
 
 std::uint64_t SessionPlan::totalDays() const {
     return std::accumulate(epochs.begin(), epochs.end(), std::uint64_t{0},

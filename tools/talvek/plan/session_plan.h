@@ -23,8 +23,10 @@ struct SessionPlan {
     std::array<float, TALVEK_MATERIAL_PARAMS> material{};
     std::vector<PlannedEpoch> epochs;
 
-    bool isOffsetting() const { return mode == TALVEK_MODE_OFFSETTING; }
-    bool needsMap() const { return mode == TALVEK_MODE_QEMSCAN || mode == TALVEK_MODE_GRAIN_WEAVER; }
+    // What kind of mode it is; one that is not defined is of none.
+    bool isOffsetting() const;
+    bool needsMap() const;
+    bool keepsVertices() const;
     std::uint64_t totalDays() const;
 };
 

@@ -61,7 +61,7 @@ void requireRoom(const SessionPlan& plan, const Object3D& mesh, const RunFiles& 
                  std::uint64_t besides) {
     requireWritableFolder(files);
     const std::uint64_t each =
-        plan.mode == TALVEK_MODE_QEMSCAN ? std::max(gridFrameBytes(mesh), frameBytes(mesh)) : frameBytes(mesh);
+        !plan.keepsVertices() ? std::max(gridFrameBytes(mesh), frameBytes(mesh)) : frameBytes(mesh);
     const std::vector<std::string> names =
         outputFiles(files, static_cast<std::int32_t>(plan.epochs.size()), withInputFrame);
     const std::uint64_t needed = roomNeeded(names, each) + besides;

@@ -16,7 +16,7 @@ namespace {
 
 /// In mode 2 the frames' vertices are those of a grid.
 void printDisplacement(const SessionPlan& plan, const SurfaceChange& change) {
-    if (plan.mode == TALVEK_MODE_QEMSCAN) {
+    if (!plan.keepsVertices()) {
         std::printf("the frames have vertices of their own, on a grid; displacements by vertex cannot be told\n");
     } else if (change.isByVertex && change.notFinite < change.vertices) {
         std::printf("the surface moved by %s mm on average, by %s mm at most\n", briefNumber(change.mean).c_str(),
