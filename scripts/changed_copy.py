@@ -59,8 +59,6 @@ def changed_file(name, text):
 def folder_in_memory():
     """Tests put their files into memory, where that is a folder."""
     folder = tempfile.mkdtemp(dir=MEMORY_FOLDER if os.access(MEMORY_FOLDER, os.W_OK) else None)
-    # Some tests read their files as another user.
-    os.chmod(folder, 0o755)
     os.environ["TMPDIR"] = folder
     try:
         yield

@@ -11,7 +11,7 @@
 #include "cli/fixtures.h"
 #include "cli/program.h"
 #include "support/bitmaps.h"
-#include "support/other_user.h"
+#include "support/restriction.h"
 #include "support/test_files.h"
 #include "talvek/support/exit_status.h"
 
@@ -29,7 +29,7 @@ class MapEnd : public ::testing::Test {
     }
     void TearDown() override { fs::permissions(folder_.path(), fs::perms::all); }
 
-    /// Whether a run of textured.obj in mode 3, by a user without privileges, ends so and says so.
+    /// Whether a run of textured.obj in mode 3, that has to obey permissions, ends so and says so.
     bool runEnds(std::vector<std::string> options, unsigned status, const std::string& message) {
         options.insert(options.begin(), {"run", folder_.file("textured.obj"), "--mode", "3"});
         return holdsUnder(Restriction::kNoPrivileges, [&] {

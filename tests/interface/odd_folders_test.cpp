@@ -8,7 +8,7 @@
 
 #include "interface/host_session.h"
 #include "support/meshes.h"
-#include "support/other_user.h"
+#include "support/restriction.h"
 
 namespace talvek::test {
 namespace {

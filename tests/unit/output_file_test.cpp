@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "support/other_user.h"
+#include "support/restriction.h"
 #include "support/test_files.h"
 
 namespace talvek::test {

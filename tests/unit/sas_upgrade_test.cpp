@@ -9,7 +9,7 @@
 #include "Vexo_Lib/sas.h"
 #include "support/error_reports.h"
 #include "support/mesh_file_writers.h"
-#include "support/other_user.h"
+#include "support/restriction.h"
 #include "support/test_files.h"
 
 namespace talvek::test {
