@@ -1,4 +1,4 @@
-#include "talvek/plan/option_check.h"
+#include "talvek/preflight/option_check.h"
 
 #include <algorithm>
 #include <cstddef>
