@@ -4,46 +4,12 @@
 #include <cstring>
 #include <string_view>
 
-#include "Vexo_Lib/bin.h"
 #include "Vexo_Lib/error_report.h"
-#include "Vexo_Lib/fim.h"
-#include "Vexo_Lib/obj.h"
-#include "Vexo_Lib/sas.h"
-#include "Vexo_Lib/wrl.h"
+#include "Vexo_Lib/mesh_formats.h"
 
 namespace talvek {
 
 namespace {
-
-using MeshReader = std::unique_ptr<Object3D> (*)(const char* path);
-
-struct MeshFormat {
-    std::string_view lowerCase;
-    std::string_view upperCase;
-    MeshReader read;
-};
-
-constexpr MeshFormat kFormats[] = {
-    {".wrl", ".WRL", [](const char* path) { return ReadWrlFile(path, true); }},
-    {".sas", ".SAS", LoadSasFile},
-    {".bin", ".BIN", ReadBinFile},
-    {".fim", ".FIM", LoadFimFile},
-    {".obj", ".OBJ", [](const char* path) { return ReadObjFile(path, true); }},
-};
-
-MeshReader readerFor(std::string_view path) {
-    const std::size_t dot = path.rfind('.');
-    if (dot == std::string_view::npos) {
-        return nullptr;
-    }
-    const std::string_view extension = path.substr(dot);
-    for (const MeshFormat& format : kFormats) {
-        if (extension == format.lowerCase || extension == format.upperCase) {
-            return format.read;
-        }
-    }
-    return nullptr;
-}
 
 bool hasOnlyExistingVertices(const Object3D& mesh) {
     const auto count = static_cast<std::uint32_t>(mesh.numVertices);
@@ -60,8 +26,8 @@ void setName(Object3D& mesh, std::string_view path) {
 
 /// A mesh as its reader returns it; null, after a report, when its faces name vertices it does not have.
 std::unique_ptr<Object3D> readChecked(const char* path) {
-    const MeshReader read = readerFor(path);
-    std::unique_ptr<Object3D> mesh = read != nullptr ? read(path) : nullptr;
+    const MeshFormat* format = meshFormatOf(path);
+    std::unique_ptr<Object3D> mesh = format != nullptr ? format->load(path) : nullptr;
     if (mesh != nullptr && !hasOnlyExistingVertices(*mesh)) {
         reportError(TALVEK_HERE, "face index out of range in ", path);
         return nullptr;

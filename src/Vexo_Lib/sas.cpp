@@ -49,6 +49,11 @@ std::unique_ptr<Object3D> LoadSasFile(const char* path) try {
     return nullptr;
 }
 
+std::unique_ptr<Object3D> readSasFile(const char* path) try { return load(path).mesh; } catch (const std::bad_alloc&) {
+    reportError(TALVEK_HERE, "damaged file ", path);
+    return nullptr;
+}
+
 std::unique_ptr<Object3D> ReadLegacySasFile(const char* path) try {
     BinaryFile file(path);
     if (!file.isOpen()) {

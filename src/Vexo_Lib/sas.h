@@ -13,6 +13,9 @@ namespace talvek {
 /// error, for a file that cannot be opened or whose counts cannot be true.
 std::unique_ptr<Object3D> LoadSasFile(const char* path);
 
+/// Reads a SAS file of any version without touching it. Returns null as LoadSasFile does.
+std::unique_ptr<Object3D> readSasFile(const char* path);
+
 /// Reads a file of version 7777 without touching it. Returns null as LoadSasFile does, and for every other version.
 std::unique_ptr<Object3D> ReadLegacySasFile(const char* path);
 

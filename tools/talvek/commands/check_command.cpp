@@ -99,7 +99,7 @@ int checkCommand(const std::string& path) {
     const std::unique_ptr<Object3D> mesh = readUnchecked(path);
     if (mesh == nullptr && !findings.isFatal) {
         findings.addFatal(
-            "the reader for " + lowerCaseExtension(path) +
+            "the reader for " + formatName(path) +
             " files found nothing it could use, or promises that cannot be true; its report stands above");
     }
     if (mesh != nullptr) {
@@ -118,7 +118,7 @@ void addCheckCommand(CommandSet& commands) {
     const auto path = std::make_shared<std::string>();
     CLI::App& check = commands.add("check", "Tell why a mesh does not load or will not weather well",
                                    [path] { return checkCommand(*path); });
-    addFileArgument(check, *path, "MESH", "Mesh to look through: .obj, .wrl, .sas, .bin, .fim or .ply");
+    addFileArgument(check, *path, "MESH", "Mesh to look through: " + readExtensions());
 }
 
 }  // namespace talvek::host

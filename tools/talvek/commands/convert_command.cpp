@@ -66,7 +66,7 @@ void addConvertCommand(CommandSet& commands) {
     const auto files = std::make_shared<Files>();
     CLI::App& convert = commands.add("convert", "Turn a mesh into another format: OBJ, SAS or PLY",
                                      [files] { return convertCommand(files->from, files->to); });
-    addFileArgument(convert, files->from, "A", "Mesh to read: .obj, .wrl, .sas, .bin, .fim or .ply");
+    addFileArgument(convert, files->from, "A", "Mesh to read: " + readExtensions());
     addFileArgument(convert, files->to, "B", "Mesh to write: .obj, .sas or .ply");
 }
 

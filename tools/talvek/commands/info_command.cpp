@@ -157,7 +157,7 @@ int infoCommand(const InfoOptions& options) {
 void addInfoCommand(CommandSet& commands) {
     const auto options = std::make_shared<InfoOptions>();
     CLI::App& info = commands.add("info", "Tell what a mesh consists of", [options] { return infoCommand(*options); });
-    addFileArgument(info, options->path, "MESH", "Mesh to look at: .obj, .wrl, .sas, .bin, .fim or .ply");
+    addFileArgument(info, options->path, "MESH", "Mesh to look at: " + readExtensions());
     info.add_flag("--json", options->asJson, "Print one JSON object");
 }
 

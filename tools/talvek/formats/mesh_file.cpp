@@ -1,12 +1,10 @@
 #include "talvek/formats/mesh_file.h"
 
 #include <algorithm>
+#include <span>
+#include <string_view>
 
-#include "Vexo_Lib/bin.h"
-#include "Vexo_Lib/fim.h"
-#include "Vexo_Lib/obj.h"
-#include "Vexo_Lib/sas.h"
-#include "Vexo_Lib/wrl.h"
+#include "Vexo_Lib/mesh_formats.h"
 #include "base/system.h"
 #include "talvek/formats/ply.h"
 #include "talvek/support/exit_status.h"
@@ -16,31 +14,8 @@ namespace talvek::host {
 
 namespace {
 
-/// The library's own loading would write the oldest version anew, in place.
-std::unique_ptr<Object3D> readSas(const char* path) {
-    std::unique_ptr<Object3D> legacy = ReadLegacySasFile(path);
-    return legacy != nullptr ? std::move(legacy) : LoadSasFile(path);
-}
-
-struct MeshFormat {
-    const char* extension;
-    std::unique_ptr<Object3D> (*read)(const char* path);
-};
-
-constexpr MeshFormat kFormats[] = {
-    {".obj", [](const char* path) { return ReadObjFile(path, true); }},
-    {".wrl", [](const char* path) { return ReadWrlFile(path, true); }},
-    {".sas", readSas},
-    {".bin", ReadBinFile},
-    {".fim", LoadFimFile},
-    {".ply", [](const char* path) { return readPly(path); }},
-};
-
-bool isInOneCase(const std::string& path) {
-    const std::string extension = path.substr(path.rfind('.'));
-    return std::ranges::none_of(extension, [](char c) { return c >= 'A' && c <= 'Z'; }) ||
-           std::ranges::none_of(extension, [](char c) { return c >= 'a' && c <= 'z'; });
-}
+/// For exchange with other mesh programs; no run reads it.
+constexpr std::string_view kPly = ".ply";
 
 }  // namespace
 
@@ -67,21 +42,45 @@ void requireReadable(const std::string& path) {
     }
 }
 
+std::string runExtensions(const char* lastWord) {
+    const std::span<const MeshFormat> formats = meshFormats();
+    std::string list;
+    for (const MeshFormat& format : formats.first(formats.size() - 1)) {
+        list.append(list.empty() ? "" : ", ").append(format.extension);
+    }
+    return list.append(" ").append(lastWord).append(" ").append(formats.back().extension);
+}
+
+std::string readExtensions() {
+    std::string list;
+    for (const MeshFormat& format : meshFormats()) {
+        list.append(format.extension).append(", ");
+    }
+    list.replace(list.rfind(", "), 2, " or ");
+    return list.append(kPly);
+}
+
+std::string formatName(const std::string& path) {
+    const MeshFormat* format = meshFormatOf(path);
+    return format != nullptr ? std::string(format->name) : "PLY";
+}
+
 std::unique_ptr<Object3D> readUnchecked(const std::string& path) {
+    if (const MeshFormat* format = meshFormatOf(path)) {
+        return format->inspect(path.c_str());
+    }
     const std::string extension = lowerCaseExtension(path);
-    for (const MeshFormat& format : kFormats) {
-        if (extension == format.extension && isInOneCase(path)) {
-            return format.read(path.c_str());
-        }
-        if (extension == format.extension) {
-            std::string message = path;
-            message += ": extensions are read in lower or upper case only; rename the file to end in ";
-            throw Failure(kExitMesh, message + extension);
-        }
+    if (path.ends_with(kPly) || path.ends_with(".PLY")) {
+        return readPly(path);
+    }
+    if (extension == kPly || std::ranges::count(meshFormats(), extension, &MeshFormat::extension) > 0) {
+        std::string message = path;
+        message += ": extensions are read in lower or upper case only; rename the file to end in ";
+        throw Failure(kExitMesh, message + extension);
     }
     throw Failure(kExitMesh, path + ": there is no reader for " +
-                                 (extension.empty() ? "a name without extension" : extension) +
-                                 "; the library reads .obj, .wrl, .sas, .bin and .fim");
+                                 (extension.empty() ? "a name without extension" : extension) + "; the library reads " +
+                                 runExtensions("and"));
 }
 
 std::string contentOf(const Object3D& mesh) {

@@ -11,6 +11,15 @@ namespace talvek::host {
 /// ".obj" of "Stone.OBJ"; empty where there is none.
 std::string lowerCaseExtension(const std::string& path);
 
+/// The extensions of the meshes that a run reads: ".obj, .wrl, .sas, .bin or .fim" with "or" for the last word.
+std::string runExtensions(const char* lastWord);
+
+/// The same with those of the meshes that are only looked at and converted: ".obj, .wrl, .sas, .bin, .fim or .ply".
+std::string readExtensions();
+
+/// What people call the format of a file that has a reader: "Wavefront OBJ".
+std::string formatName(const std::string& path);
+
 /// Throws Failure unless there is a file that can be opened.
 void requireReadable(const std::string& path);
 

@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "api/session/operating_modes.h"
+#include "talvek/formats/mesh_file.h"
 
 namespace talvek::host {
 
@@ -172,7 +173,7 @@ void addMaterial(CLI::App& command, RunOptions& options) {
 }
 
 void addFiles(CLI::App& command, RunOptions& options) {
-    command.add_option("MESH", options.mesh, "Mesh of the stone: .obj, .wrl, .sas, .bin or .fim, in millimetres")
+    command.add_option("MESH", options.mesh, "Mesh of the stone: " + runExtensions("or") + ", in millimetres")
         ->required()
         ->type_name("");
     command.add_option("--config", options.config, "Parameter file (.cfg) to start from; other options win")
