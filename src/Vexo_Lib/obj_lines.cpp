@@ -9,6 +9,7 @@
 #include "Vexo_Lib/obj_lines_sse2.h"
 #include "base/fast_digits.h"
 #include "base/number_text.h"
+#include "base/processor.h"
 
 namespace talvek {
 

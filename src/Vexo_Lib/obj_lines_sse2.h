@@ -6,7 +6,7 @@
 // All functions read up to 8 characters in front of `text`.
 #pragma once
 
-#include "base/fast_digits.h"
+#include "base/processor.h"
 
 #ifdef TALVEK_HAS_SSE2
 

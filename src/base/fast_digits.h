@@ -7,10 +7,7 @@
 #include <cstdint>
 #include <cstring>
 
-#if defined(__SSE2__) || defined(_M_X64)
-#define TALVEK_HAS_SSE2
-#include <emmintrin.h>
-#endif
+#include "base/processor.h"
 
 namespace talvek {
 

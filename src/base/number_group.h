@@ -12,6 +12,7 @@
 #include <cstring>
 
 #include "base/fast_digits.h"
+#include "base/processor.h"
 
 namespace talvek {
 

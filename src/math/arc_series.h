@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "base/processor.h"
 #include "math/double_double.h"
 #include "math/double_pair.h"
 

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <cstddef>
 
-#include "base/fast_digits.h"
+#include "base/processor.h"
 
 namespace talvek {
 

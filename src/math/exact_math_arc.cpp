@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <limits>
 
+#include "base/processor.h"
 #include "math/arc_series.h"
 #include "math/double_double.h"
 #include "math/exact_math.h"

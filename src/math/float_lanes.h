@@ -6,7 +6,7 @@
 #include <cmath>
 #include <cstdint>
 
-#include "base/fast_digits.h"
+#include "base/processor.h"
 
 namespace talvek {
 

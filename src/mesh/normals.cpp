@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/processor.h"
 #include "math/not_a_number.h"
 #include "mesh/normals_sse2.h"
 #include "mesh/vector3.h"
@@ -60,7 +61,7 @@ struct PlainMachine {
     }
 };
 
-#ifdef TALVEK_HAS_SSE2_NORMALS
+#ifdef TALVEK_HAS_SSE2
 struct Sse2Machine {
     static constexpr std::int64_t kAtATime = 4;
     static void faceNormals(const float* vertices, const std::int32_t* corners, FaceNormal* out) {

@@ -2,9 +2,9 @@
 // does, in the same order, so that the results are the same to the last bit.
 #pragma once
 
-#if defined(__SSE2__) || defined(_M_X64)
-#define TALVEK_HAS_SSE2_NORMALS
-#include <emmintrin.h>
+#include "base/processor.h"
+
+#ifdef TALVEK_HAS_SSE2
 
 #include <cstddef>
 #include <cstdint>
