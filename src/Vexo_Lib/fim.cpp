@@ -60,7 +60,7 @@ std::unique_ptr<FimImage> ReadFimImage(const char* path) try {
     image->width = file.readInt();
     image->height = file.readInt();
     image->channels = file.readInt();
-    image->pixels = file.readArray<float>(numValues(*image));
+    image->data = file.readArray<float>(numValues(*image));
     return image;
 } catch (const std::bad_alloc&) {
     reportError(siteInLoad3d(__LINE__), "damaged file ", path);

@@ -2,24 +2,14 @@
 // hole.
 #pragma once
 
-#include <cstdint>
 #include <memory>
 
+#include "base/float_image.h"
 #include "mesh/object3d.h"
 
 namespace talvek {
 
-/// Row 0 first, each row column by column, the channels of a pixel together.
-struct FimImage {
-    std::int32_t width = 0;
-    std::int32_t height = 0;
-    std::int32_t channels = 0;
-    HeapArray<float> pixels;
-
-    const float* pixel(std::int64_t column, std::int64_t row) const {
-        return pixels.get() + (row * width + column) * channels;
-    }
-};
+using FimImage = FloatImage;
 
 /// Reads an image; pixels that the file does not hold are holes. Returns null, after a report on standard error, when
 /// the file cannot be opened or its dimensions cannot be true.

@@ -3,11 +3,11 @@
 
 #include <cstdint>
 
-#include "weathering/float_image.h"
+#include "base/float_image.h"
 
 namespace talvek {
 
-/// Cells in each direction: column x stands at the texture coordinate u = x / kGridSize, row y at t = y / kGridSize.
+/// Cells in each direction: column x stands at the texture coordinate u = x / kGridSize, row y at v = y / kGridSize.
 inline constexpr std::int32_t kGridSize = 460;
 
 /// Grids of positions and normals have three channels, grids of deltas one.

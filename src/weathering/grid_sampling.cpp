@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "math/float_lanes.h"
+#include "mesh/texture.h"
 #include "mesh/vector3.h"
 #include "weathering/triangle_reach.h"
 
@@ -38,7 +39,7 @@ class TexelReader {
   public:
     explicit TexelReader(const Object3D& mesh)
         : texels_(mesh.texels.get()),
-          indices_(mesh.texelIndex != nullptr ? mesh.texelIndex.get() : mesh.vertexIndex.get()),
+          indices_(cornerTexels(mesh)),
           count_(mesh.texels != nullptr ? static_cast<std::uint32_t>(mesh.numTexels) : 0) {}
 
     /// Whether all corners of a face have a texel.
@@ -68,38 +69,38 @@ bool areFinite(FloatLanes a) {
 /// A triangle in texture space. Lane i of everything belongs to corner i or to the edge opposite it.
 class Triangle {
   public:
-    Triangle(FloatLanes u, FloatLanes t) : u_(u), t_(t) {}
+    Triangle(FloatLanes u, FloatLanes v) : u_(u), v_(v) {}
 
     CellRange columns() const { return cellsBetween(u_); }
-    CellRange rows() const { return cellsBetween(t_); }
-    TriangleReach reach() const { return {toArray(u_), toArray(t_)}; }
+    CellRange rows() const { return cellsBetween(v_); }
+    TriangleReach reach() const { return {toArray(u_), toArray(v_)}; }
 
     /// Twice the areas of the triangles that a point makes with the edges; negative where it lies to the right of one.
-    FloatLanes areasAt(float u, float t) const { return areas(u_ - u, t_ - t); }
+    FloatLanes areasAt(float u, float v) const { return areas(u_ - u, v_ - v); }
 
     /// One-sided on purpose: nothing lies inside a triangle that runs clockwise.
     static bool isInside(FloatLanes areas) { return (whereAtLeast(areas, 0.0F) & kThreeLanes) == kThreeLanes; }
 
     FloatLanes edgeLengths() const {
         const FloatLanes du = rotateThree(rotateThree(u_) - u_);
-        const FloatLanes dt = rotateThree(rotateThree(t_) - t_);
-        return squareRoot(du * du + dt * dt);
+        const FloatLanes dv = rotateThree(rotateThree(v_) - v_);
+        return squareRoot(du * du + dv * dv);
     }
 
     /// The distances of the corners from the edges opposite them.
     FloatLanes heights(FloatLanes edgeLengths) const {
-        const auto u = rotateThree(u_);
-        const auto t = rotateThree(t_);
-        const auto v = rotateThree(u);
-        const auto s = rotateThree(t);
-        return absolute((u - u_) * (s - t_) - (t - t_) * (v - u_)) / edgeLengths;
+        const FloatLanes nextU = rotateThree(u_);
+        const FloatLanes nextV = rotateThree(v_);
+        const FloatLanes lastU = rotateThree(nextU);
+        const FloatLanes lastV = rotateThree(nextV);
+        return absolute((nextU - u_) * (lastV - v_) - (nextV - v_) * (lastU - u_)) / edgeLengths;
     }
 
   private:
-    static FloatLanes areas(FloatLanes u, FloatLanes t) { return rotateThree(u * rotateThree(t) - t * rotateThree(u)); }
+    static FloatLanes areas(FloatLanes u, FloatLanes v) { return rotateThree(u * rotateThree(v) - v * rotateThree(u)); }
 
     FloatLanes u_;
-    FloatLanes t_;
+    FloatLanes v_;
 };
 
 /// What turns the areas at a point into the weights of the corners.
@@ -177,9 +178,9 @@ GridSampling::GridSampling(const Object3D& mesh)
     for (std::int64_t face = 0; face < mesh.numFaces; ++face) {
         if (texels.has(face)) {
             const FloatLanes u = texels.read(face, 0);
-            const FloatLanes t = texels.read(face, 1);
-            if (areFinite(u) && areFinite(t)) {
-                draw(points_.get(), Triangle(u, t), mesh.vertexIndex.get() + 3 * face);
+            const FloatLanes v = texels.read(face, 1);
+            if (areFinite(u) && areFinite(v)) {
+                draw(points_.get(), Triangle(u, v), mesh.vertexIndex.get() + 3 * face);
             }
         }
     }

@@ -3,7 +3,7 @@
 
 #include <memory>
 
-#include "weathering/float_image.h"
+#include "base/float_image.h"
 
 namespace talvek {
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "mesh/texture.h"
 #include "weathering/mineral_classes.h"
 #include "weathering/surface.h"
 
@@ -17,7 +18,7 @@ bool isInside(float cell, std::int32_t size) {
 /// The pixel under a texel; null where there is none. The column is found in single precision: what rounding takes
 /// from it is part of the result.
 const float* pixelUnder(const Object3D& mesh, const MineralMap& map, std::int32_t texel) {
-    if (texel < 0 || texel >= mesh.numTexels) {
+    if (!isTexel(mesh, texel)) {
         return nullptr;
     }
     const float* coordinates = mesh.texels.get() + 2 * std::int64_t{texel};
@@ -30,10 +31,6 @@ const float* pixelUnder(const Object3D& mesh, const MineralMap& map, std::int32_
 }
 
 }  // namespace
-
-bool hasTexture(const Object3D& mesh) {
-    return mesh.texels != nullptr && mesh.texelIndex != nullptr && mesh.numTexels > 0;
-}
 
 HeapArray<std::int32_t> texelOfVertices(const Object3D& mesh) {
     HeapArray<std::int32_t> texelOf = makeZeroedArray<std::int32_t>(mesh.numVertices);

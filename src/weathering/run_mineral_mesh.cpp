@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "api/session/session.h"
+#include "mesh/texture.h"
 #include "weathering/epoch_log.h"
 #include "weathering/epoch_loop.h"
 #include "weathering/frames.h"
@@ -28,7 +29,7 @@ double findAndReportMove(const EpochRecord& epoch) {
 }
 
 void weather(Object3D& surface) {
-    const std::unique_ptr<MineralMap> map = loadAndReportMap(hasTexture(surface));
+    const std::unique_ptr<MineralMap> map = loadAndReportMap(hasNamedTexels(surface));
     weatherThroughEpochs(surface, [&map](Object3D& moved, const EpochRecord& epoch) {
         const auto delta = static_cast<float>(findAndReportMove(epoch));
         if (map != nullptr) {

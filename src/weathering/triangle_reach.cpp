@@ -20,33 +20,33 @@ std::int32_t cellAt(double place) {
 // products by 3 e and the difference of these by one e more; the products are at most that of the largest differences
 // in both directions. That makes 8 e of it. The margin is twice that, which covers the arithmetic here and products too
 // small for their digits too.
-TriangleReach::TriangleReach(const std::array<float, 4>& u, const std::array<float, 4>& t) {
+TriangleReach::TriangleReach(const std::array<float, 4>& u, const std::array<float, 4>& v) {
     double largestU = 0;
-    double largestT = 0;
+    double largestV = 0;
     for (std::size_t i = 0; i < corners_.size(); ++i) {
-        corners_[i] = {static_cast<double>(u[i]), static_cast<double>(t[i])};
+        corners_[i] = {static_cast<double>(u[i]), static_cast<double>(v[i])};
         largestU = std::max(largestU, std::fabs(corners_[i].u));
-        largestT = std::max(largestT, std::fabs(corners_[i].t));
+        largestV = std::max(largestV, std::fabs(corners_[i].v));
     }
-    margin_ = 0x1p-20 * (largestU + 1) * (largestT + 1);
+    margin_ = 0x1p-20 * (largestU + 1) * (largestV + 1);
 }
 
 /// The areas that a point makes with the edges add up to that of the triangle.
 bool TriangleReach::isClockwise() const {
     const auto& [a, b, c] = corners_;
-    return (b.u - a.u) * (c.t - a.t) - (b.t - a.t) * (c.u - a.u) < -3 * margin_;
+    return (b.u - a.u) * (c.v - a.v) - (b.v - a.v) * (c.u - a.u) < -3 * margin_;
 }
 
-CellRange TriangleReach::columns(float t, CellRange range) const {
+CellRange TriangleReach::columns(float v, CellRange range) const {
     double low = -std::numeric_limits<double>::infinity();
     double high = std::numeric_limits<double>::infinity();
     for (std::size_t i = 0; i < corners_.size(); ++i) {
         const Corner& q = corners_[i];
         const Corner& r = corners_[(i + 1) % corners_.size()];
-        const double row = static_cast<double>(t);
+        const double row = static_cast<double>(v);
         // No negative zero, so that the quotients below have the right sign.
-        const double slope = q.t - r.t + 0.0;
-        const double atZero = q.u * (r.t - row) - r.u * (q.t - row) + margin_;
+        const double slope = q.v - r.v + 0.0;
+        const double atZero = q.u * (r.v - row) - r.u * (q.v - row) + margin_;
         // An edge along the row bounds nothing, or lets nothing be reached: the quotient is infinite.
         if (slope < 0) {
             high = std::min(high, -atZero / slope);

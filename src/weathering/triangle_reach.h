@@ -19,17 +19,17 @@ struct CellRange {
 class TriangleReach {
   public:
     /// Texture coordinates of the three corners, which have to be finite; the fourth values do not count.
-    TriangleReach(const std::array<float, 4>& u, const std::array<float, 4>& t);
+    TriangleReach(const std::array<float, 4>& u, const std::array<float, 4>& v);
 
     /// Whether no point of the grid passes the test, because the triangle runs clockwise by more than rounding hides.
     bool isClockwise() const;
 
-    /// Of these columns, those that the triangle may reach in the row at coordinate `t`.
-    CellRange columns(float t, CellRange range) const;
+    /// Of these columns, those that the triangle may reach in the row at coordinate `v`.
+    CellRange columns(float v, CellRange range) const;
 
   private:
     struct Corner {
-        double u, t;
+        double u, v;
     };
 
     std::array<Corner, 3> corners_;

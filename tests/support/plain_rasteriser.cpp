@@ -11,10 +11,10 @@ namespace {
 constexpr int kSize = 460;
 
 struct Corner {
-    float u, t;
+    float u, v;
     const float* value;
     int column() const { return cell(460.0F * u); }
-    int row() const { return cell(460.0F * t); }
+    int row() const { return cell(460.0F * v); }
 
   private:
     /// Beyond these numbers, which are beyond the grid, it does not matter where.
@@ -25,25 +25,25 @@ float crossProduct(float qu, float qt, float ru, float rt) {
     return qu * rt - qt * ru;
 }
 
-float distanceToLine(float u, float t, const Corner& q, const Corner& r) {
+float distanceToLine(float u, float v, const Corner& q, const Corner& r) {
     const float du = r.u - q.u;
-    const float dt = r.t - q.t;
-    return std::fabs(crossProduct(q.u - u, q.t - t, r.u - u, r.t - t)) / std::sqrt(du * du + dt * dt);
+    const float dv = r.v - q.v;
+    return std::fabs(crossProduct(q.u - u, q.v - v, r.u - u, r.v - v)) / std::sqrt(du * du + dv * dv);
 }
 
-bool isLeft(float u, float t, const Corner& q, const Corner& r) {
-    return crossProduct(q.u - u, q.t - t, r.u - u, r.t - t) >= 0;
+bool isLeft(float u, float v, const Corner& q, const Corner& r) {
+    return crossProduct(q.u - u, q.v - v, r.u - u, r.v - v) >= 0;
 }
 
 void drawCell(std::vector<float>& grid, int x, int y, const Corner& a, const Corner& b, const Corner& c) {
     const float u = static_cast<float>(x) / 460.0F;
-    const float t = static_cast<float>(y) / 460.0F;
-    if (!isLeft(u, t, a, b) || !isLeft(u, t, b, c) || !isLeft(u, t, c, a)) {
+    const float v = static_cast<float>(y) / 460.0F;
+    if (!isLeft(u, v, a, b) || !isLeft(u, v, b, c) || !isLeft(u, v, c, a)) {
         return;
     }
-    const float weightA = distanceToLine(u, t, b, c) / distanceToLine(a.u, a.t, b, c);
-    const float weightB = distanceToLine(u, t, c, a) / distanceToLine(b.u, b.t, c, a);
-    const float weightC = distanceToLine(u, t, a, b) / distanceToLine(c.u, c.t, a, b);
+    const float weightA = distanceToLine(u, v, b, c) / distanceToLine(a.u, a.v, b, c);
+    const float weightB = distanceToLine(u, v, c, a) / distanceToLine(b.u, b.v, c, a);
+    const float weightC = distanceToLine(u, v, a, b) / distanceToLine(c.u, c.v, a, b);
     for (std::size_t k = 0; k < 3; ++k) {
         grid[3 * static_cast<std::size_t>(kSize * y + x) + k] =
             weightA * a.value[k] + weightB * b.value[k] + weightC * c.value[k];
@@ -51,8 +51,8 @@ void drawCell(std::vector<float>& grid, int x, int y, const Corner& a, const Cor
 }
 
 bool hasNoExtent(const Corner& a, const Corner& b, const Corner& c) {
-    return !(distanceToLine(a.u, a.t, b, c) > 0) || !(distanceToLine(b.u, b.t, c, a) > 0) ||
-           !(distanceToLine(c.u, c.t, a, b) > 0);
+    return !(distanceToLine(a.u, a.v, b, c) > 0) || !(distanceToLine(b.u, b.v, c, a) > 0) ||
+           !(distanceToLine(c.u, c.v, a, b) > 0);
 }
 
 void drawFace(std::vector<float>& grid, const Corner& a, const Corner& b, const Corner& c) {

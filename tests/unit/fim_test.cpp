@@ -17,7 +17,7 @@ FimImage makeImage(std::int32_t width, std::int32_t height, const Floats& pixels
     return {.width = width,
             .height = height,
             .channels = channels,
-            .pixels = copyArray(pixels.data(), static_cast<std::int64_t>(pixels.size()))};
+            .data = copyArray(pixels.data(), static_cast<std::int64_t>(pixels.size()))};
 }
 
 Floats withHole(Floats pixels, std::size_t pixel) {

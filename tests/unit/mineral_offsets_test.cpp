@@ -7,6 +7,7 @@
 #include <limits>
 #include <vector>
 
+#include "mesh/texture.h"
 #include "support/meshes.h"
 
 namespace talvek::test {
@@ -147,14 +148,14 @@ TEST(MineralOffsets, FindTheColumnInSinglePrecision) {
 
 TEST(MineralOffsets, NeedTexelsAndTheirIndex) {
     const auto mesh = makeTexturedCorners({0.1F, 0.5F, 0.4F, 0.5F, 0.6F, 0.5F});
-    EXPECT_TRUE(hasTexture(*mesh));
+    EXPECT_TRUE(hasNamedTexels(*mesh));
     mesh->numTexels = 0;
-    EXPECT_FALSE(hasTexture(*mesh));
+    EXPECT_FALSE(hasNamedTexels(*mesh));
     mesh->numTexels = 3;
     mesh->texelIndex.reset();
-    EXPECT_FALSE(hasTexture(*mesh));
+    EXPECT_FALSE(hasNamedTexels(*mesh));
     mesh->texels.reset();
-    EXPECT_FALSE(hasTexture(*mesh));
+    EXPECT_FALSE(hasNamedTexels(*mesh));
 }
 
 }  // namespace

@@ -226,12 +226,12 @@ std::vector<float> slivers(RandomNumbers& random, int count) {
     std::vector<float> texels;
     for (int i = 0; i < count; ++i) {
         const float u = random.coordinate(1.5F);
-        const float t = random.coordinate(1.5F);
+        const float v = random.coordinate(1.5F);
         const float du = random.coordinate(2);
-        const float dt = random.coordinate(2);
+        const float dv = random.coordinate(2);
         const float middle = random.coordinate(1);
         const float off = std::ldexp(random.coordinate(1), -static_cast<int>(random.below(26)));
-        texels.insert(texels.end(), {u, t, u + du, t + dt, u + middle * du - off * dt, t + middle * dt + off * du});
+        texels.insert(texels.end(), {u, v, u + du, v + dv, u + middle * du - off * dv, v + middle * dv + off * du});
     }
     return texels;
 }

@@ -71,8 +71,9 @@ void checkSurface(const Object3D& mesh, Findings& findings) {
               "; such faces have no direction and hold their vertices' normals back");
     addIf(findings, survey.edges.nonManifold, "edge",
           "with more than two faces; curvature, and with it smoothing, is not defined there");
-    addIf(findings, survey.edges.turned, "edge",
-          "between faces that are turned against each other; the surface moves to both sides there");
+    addIf(
+        findings, survey.edges.inconsistent, "edge",
+        "inconsistently oriented: its faces are turned against each other, and the surface moves to both sides there");
     addIf(findings, survey.vertices.unreferenced, "vertex position", "that no face uses and that stays in place");
     addIf(findings, survey.vertices.duplicate, "vertex position",
           "shared with another vertex; where surfaces only seem joined they come apart as they move");

@@ -78,7 +78,7 @@ std::string json(const std::string& path, const Object3D& mesh, const MeshSurvey
         .add("mean", survey.edges.mean)
         .add("boundary", survey.edges.boundary)
         .add("nonManifold", survey.edges.nonManifold)
-        .add("turned", survey.edges.turned);
+        .add("turned", survey.edges.inconsistent);
     JsonObject texture;
     texture.add("faces", survey.texture.faces)
         .add("outside", survey.texture.outside)
@@ -132,7 +132,7 @@ void printText(const std::string& path, const Object3D& mesh, const MeshSurvey& 
     printRow("edges", std::to_string(edges.count) + ", " + briefNumber(edges.shortest) + " to " +
                           briefNumber(edges.longest) + " mm long, " + briefNumber(edges.mean) + " mm on average");
     printRow("", std::to_string(edges.boundary) + " boundary, " + std::to_string(edges.nonManifold) +
-                     " non-manifold, " + std::to_string(edges.turned) + " between faces turned against each other");
+                     " non-manifold, " + std::to_string(edges.inconsistent) + " inconsistently oriented");
     printRow("texture", textureText(survey.texture, mesh.numTexels));
 }
 

@@ -3,6 +3,7 @@
 #include <charconv>
 
 #include "base/output_file.h"
+#include "mesh/texture.h"
 
 namespace talvek::host {
 
@@ -67,12 +68,10 @@ void writeFaces(OutputFile& file, const Object3D& mesh, const std::int32_t* texe
 bool writeObjExport(const Object3D& mesh, const std::string& path) {
     OutputFile file(path.c_str());
     writeRecords(file, "v", mesh.vertices.get(), mesh.numVertices, 3);
-    const bool hasTexture = mesh.texels != nullptr && mesh.numTexels > 0;
-    if (hasTexture) {
+    if (hasTexels(mesh)) {
         writeRecords(file, "vt", mesh.texels.get(), mesh.numTexels, 2);
     }
-    const std::int32_t* texelIndex = mesh.texelIndex != nullptr ? mesh.texelIndex.get() : mesh.vertexIndex.get();
-    writeFaces(file, mesh, hasTexture ? texelIndex : nullptr);
+    writeFaces(file, mesh, hasTexels(mesh) ? cornerTexels(mesh) : nullptr);
     return file.finish();
 }
 

@@ -20,7 +20,4 @@ bool writePly(const Object3D& mesh, const std::string& path);
 /// Whether every corner's texel has the number of its vertex.
 bool hasTexelPerVertex(const Object3D& mesh);
 
-/// Whether the mesh has texels that its faces can name.
-bool hasTexels(const Object3D& mesh);
-
 }  // namespace talvek::host

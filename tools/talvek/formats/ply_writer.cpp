@@ -1,7 +1,8 @@
-#include <bit>
 #include <cstring>
 
+#include "base/little_endian.h"
 #include "base/output_file.h"
+#include "mesh/texture.h"
 #include "talvek/formats/ply.h"
 
 namespace talvek::host {
@@ -11,12 +12,8 @@ namespace {
 constexpr std::uint8_t kCorners = 3;
 
 template <typename T>
-void writeLittleEndian(OutputFile& file, T value) {
-    static_assert(sizeof(T) == sizeof(std::uint32_t));
-    const auto bits = std::bit_cast<std::uint32_t>(value);
-    const unsigned char bytes[] = {static_cast<unsigned char>(bits), static_cast<unsigned char>(bits >> 8),
-                                   static_cast<unsigned char>(bits >> 16), static_cast<unsigned char>(bits >> 24)};
-    file.writeBytes(bytes, sizeof bytes);
+void writeValue(OutputFile& file, T value) {
+    file.commit(toLittleEndian(file.reserve(sizeof value), value));
 }
 
 void writeByte(OutputFile& file, std::uint8_t value) {
@@ -42,22 +39,21 @@ void writeHeader(OutputFile& file, const Object3D& mesh, bool byVertex, bool byC
 void writeVertices(OutputFile& file, const Object3D& mesh, bool withTexels) {
     for (std::size_t v = 0; v < static_cast<std::size_t>(mesh.numVertices); ++v) {
         for (std::size_t k = 3 * v; k < 3 * v + 3; ++k) {
-            writeLittleEndian(file, mesh.vertices[k]);
+            writeValue(file, mesh.vertices[k]);
         }
         for (std::size_t k = 3 * v; k < 3 * v + 3; ++k) {
-            writeLittleEndian(file, mesh.vertexNormals[k]);
+            writeValue(file, mesh.vertexNormals[k]);
         }
         for (std::size_t k = 2 * v; withTexels && k < 2 * v + 2; ++k) {
-            writeLittleEndian(file, mesh.texels[k]);
+            writeValue(file, mesh.texels[k]);
         }
     }
 }
 
 /// A corner without a texel gets (0, 0): the list has to be whole.
 void writeTexel(OutputFile& file, const Object3D& mesh, std::int32_t texel) {
-    const bool isThere = texel >= 0 && texel < mesh.numTexels;
     for (std::size_t k = 0; k < 2; ++k) {
-        writeLittleEndian(file, isThere ? mesh.texels[2 * static_cast<std::size_t>(texel) + k] : 0.0F);
+        writeValue(file, isTexel(mesh, texel) ? mesh.texels[2 * static_cast<std::size_t>(texel) + k] : 0.0F);
     }
 }
 
@@ -65,23 +61,18 @@ void writeFaces(OutputFile& file, const Object3D& mesh, bool withTexels) {
     for (std::size_t i = 0; i < mesh.faceSpan().size(); i += kCorners) {
         writeByte(file, kCorners);
         for (std::size_t k = i; k < i + kCorners; ++k) {
-            writeLittleEndian(file, mesh.vertexIndex[k]);
+            writeValue(file, mesh.vertexIndex[k]);
         }
         if (withTexels) {
             writeByte(file, 2 * kCorners);
             for (std::size_t k = i; k < i + kCorners; ++k) {
-                writeTexel(file, mesh, mesh.texelIndex[k]);
+                writeTexel(file, mesh, cornerTexels(mesh)[k]);
             }
         }
     }
 }
 
 }  // namespace
-
-bool hasTexels(const Object3D& mesh) {
-    return mesh.texels != nullptr && mesh.numTexels > 0 &&
-           (mesh.texelIndex != nullptr || mesh.numTexels == mesh.numVertices);
-}
 
 bool hasTexelPerVertex(const Object3D& mesh) {
     return hasTexels(mesh) && mesh.numTexels == mesh.numVertices &&

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "Vexo_Lib/sas_encoding.h"
 #include "base/little_endian.h"
 #include "base/system.h"
 #include "talvek/support/messages.h"
@@ -64,24 +65,24 @@ void compareSizes(const std::string& path, std::int64_t promised, const std::str
 }  // namespace
 
 void checkSasFile(const std::string& path, Findings& findings) {
-    constexpr std::int64_t kOldest = 7777;
-    constexpr std::int64_t kTexelPerVertex = 7779;
-    constexpr std::int64_t kNewest = 7780;
-    constexpr std::int64_t kHeadSize = 20;
+    constexpr std::int64_t kOldest = SasHeader::kPlanar;
+    constexpr std::int64_t kNewest = SasHeader::kTexelIndex;
     const std::vector<std::int64_t> head = leadingInts(path, 5);
     if (!hasPlausibleHead(path, head, 5, 1, 2, findings)) {
         return;
     }
     if (head[0] < kOldest || head[0] > kNewest) {
-        findings.addFatal(atByte(0) + "the version is " + std::to_string(head[0]) + "; versions 7777 to 7780 are read");
+        findings.addFatal(atByte(0) + "the version is " + std::to_string(head[0]) + "; versions " +
+                          std::to_string(kOldest) + " to " + std::to_string(kNewest) + " are read");
         return;
     }
     if (head[0] == kOldest) {
-        findings.add(
-            "this is a SAS file of version 7777; the first run that loads it replaces it by its version 7778 form");
+        findings.add("this is a SAS file of version " + std::to_string(kOldest) +
+                     "; the first run that loads it replaces it by its version " +
+                     std::to_string(SasHeader::kWithoutTexels) + " form");
     }
-    const std::int64_t texels = head[0] == kTexelPerVertex ? 2 * head[2] : 0;
-    compareSizes(path, kHeadSize + kValueSize * (3 * head[2] + 9 * head[1] + texels),
+    const std::int64_t texels = head[0] == SasHeader::kTexelPerVertex ? 2 * head[2] : 0;
+    compareSizes(path, SasHeader::kSize + kValueSize * (3 * head[2] + 9 * head[1] + texels),
                  countOf(static_cast<std::uint64_t>(head[1]), "face") + ", " +
                      countOf(static_cast<std::uint64_t>(head[2]), "vertex"),
                  findings);

@@ -1,36 +1,27 @@
 #include "talvek/inspect/mesh_survey.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
+#include <iterator>
 #include <tuple>
 #include <utility>
 #include <vector>
+
+#include "mesh/vector3.h"
 
 namespace talvek::host {
 
 namespace {
 
-using Point = std::array<double, 3>;
+using Point = Vector3<double>;
 
 Point pointOf(const Object3D& mesh, std::int32_t vertex) {
-    const float* at = mesh.vertices.get() + 3 * std::int64_t{vertex};
-    return {static_cast<double>(at[0]), static_cast<double>(at[1]), static_cast<double>(at[2])};
-}
-
-Point difference(const Point& a, const Point& b) {
-    return {a[0] - b[0], a[1] - b[1], a[2] - b[2]};
-}
-
-double length(const Point& p) {
-    return std::sqrt(p[0] * p[0] + p[1] * p[1] + p[2] * p[2]);
+    return tripleAt<double>(mesh.vertices.get(), vertex);
 }
 
 double faceArea(const Object3D& mesh, const std::int32_t* face) {
     const Point a = pointOf(mesh, face[0]);
-    const Point u = difference(pointOf(mesh, face[1]), a);
-    const Point v = difference(pointOf(mesh, face[2]), a);
-    return length({u[1] * v[2] - u[2] * v[1], u[2] * v[0] - u[0] * v[2], u[0] * v[1] - u[1] * v[0]}) / 2;
+    return length(cross(pointOf(mesh, face[1]) - a, pointOf(mesh, face[2]) - a)) / 2;
 }
 
 /// One side of a face: its ends in order of number, and whether it runs from the larger one.
@@ -57,14 +48,14 @@ std::vector<Side> sidesOf(const Object3D& mesh) {
 }
 
 void addEdge(EdgeSurvey& survey, const Object3D& mesh, const Side* first, std::ptrdiff_t faces) {
-    const double edgeLength = length(difference(pointOf(mesh, first->low), pointOf(mesh, first->high)));
+    const double edgeLength = length(pointOf(mesh, first->low) - pointOf(mesh, first->high));
     survey.shortest = survey.count == 0 ? edgeLength : std::min(survey.shortest, edgeLength);
     survey.longest = std::max(survey.longest, edgeLength);
     survey.mean += edgeLength;
     ++survey.count;
     survey.boundary += faces == 1 ? 1 : 0;
     survey.nonManifold += faces > 2 ? 1 : 0;
-    survey.turned += faces == 2 && first[0].isReversed == first[1].isReversed ? 1 : 0;
+    survey.inconsistent += faces == 2 && first[0].isReversed == first[1].isReversed ? 1 : 0;
 }
 
 EdgeSurvey surveyEdges(const Object3D& mesh) {
@@ -81,7 +72,8 @@ EdgeSurvey surveyEdges(const Object3D& mesh) {
 }
 
 bool isFinite(const Object3D& mesh, std::int32_t vertex) {
-    return std::ranges::all_of(pointOf(mesh, vertex), [](double c) { return std::isfinite(c); });
+    const Point p = pointOf(mesh, vertex);
+    return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z);
 }
 
 bool hasNoNormal(const Object3D& mesh, std::int32_t vertex) {
@@ -105,8 +97,10 @@ VertexSurvey surveyVertices(const Object3D& mesh) {
         survey.withoutNormal += isReferenced[static_cast<std::size_t>(v)] && hasNoNormal(mesh, v) ? 1 : 0;
     }
     survey.notFinite = countNotFinite(mesh);
-    std::ranges::sort(points);
-    survey.duplicate = points.end() - std::unique(points.begin(), points.end());
+    const auto coordinates = [](const Point& p) { return std::tuple(p.x, p.y, p.z); };
+    std::ranges::sort(points, {}, coordinates);
+    const auto repeated = std::ranges::unique(points, {}, coordinates);
+    survey.duplicate = std::ssize(repeated);
     return survey;
 }
 

@@ -19,7 +19,7 @@ struct EdgeSurvey {
     /// Edges of more than two faces.
     std::int64_t nonManifold = 0;
     /// Edges of two faces that run the same way round along it.
-    std::int64_t turned = 0;
+    std::int64_t inconsistent = 0;
 };
 
 struct VertexSurvey {

@@ -6,27 +6,20 @@
 #include <optional>
 #include <vector>
 
+#include "mesh/texture.h"
+
 namespace talvek::host {
 
 namespace {
 
 struct TexturePoint {
     double u = 0;
-    double t = 0;
+    double v = 0;
 
-    bool isInside() const { return u >= 0 && u < 1 && t >= 0 && t < 1; }
+    bool isInside() const { return u >= 0 && u < 1 && v >= 0 && v < 1; }
 };
 
 using TextureTriangle = std::array<TexturePoint, 3>;
-
-/// Where faces name no texels, the vertices' own numbers stand for them.
-const std::int32_t* texelIndices(const Object3D& mesh) {
-    return mesh.texelIndex != nullptr ? mesh.texelIndex.get() : mesh.vertexIndex.get();
-}
-
-bool isTexel(const Object3D& mesh, std::int64_t texel) {
-    return mesh.texels != nullptr && texel >= 0 && texel < mesh.numTexels;
-}
 
 TexturePoint texelAt(const Object3D& mesh, std::int64_t texel) {
     const float* at = mesh.texels.get() + 2 * texel;
@@ -37,7 +30,7 @@ TexturePoint texelAt(const Object3D& mesh, std::int64_t texel) {
 std::optional<TextureTriangle> triangleOf(const Object3D& mesh, std::int64_t face) {
     TextureTriangle corners;
     for (std::size_t k = 0; k < corners.size(); ++k) {
-        const std::int32_t texel = texelIndices(mesh)[3 * face + static_cast<std::int64_t>(k)];
+        const std::int32_t texel = cornerTexels(mesh)[3 * face + static_cast<std::int64_t>(k)];
         if (!isTexel(mesh, texel)) {
             return std::nullopt;
         }
@@ -49,7 +42,7 @@ std::optional<TextureTriangle> triangleOf(const Object3D& mesh, std::int64_t fac
 /// Negative for one that runs clockwise; not finite for one with such a corner.
 double areaOf(const TextureTriangle& triangle) {
     const auto& [a, b, c] = triangle;
-    return ((b.u - a.u) * (c.t - a.t) - (c.u - a.u) * (b.t - a.t)) / 2;
+    return ((b.u - a.u) * (c.v - a.v) - (c.u - a.u) * (b.v - a.v)) / 2;
 }
 
 bool isWhollyInside(const TextureTriangle& triangle) {
@@ -59,15 +52,15 @@ bool isWhollyInside(const TextureTriangle& triangle) {
 /// The grid ends before 1, so that nothing of a face that reaches up to it is lost.
 bool isWithinGrid(const TextureTriangle& triangle) {
     return std::ranges::all_of(triangle, [](const TexturePoint& corner) {
-        return corner.u >= 0 && corner.u <= 1 && corner.t >= 0 && corner.t <= 1;
+        return corner.u >= 0 && corner.u <= 1 && corner.v >= 0 && corner.v <= 1;
     });
 }
 
 /// Whether all corners lie beyond one and the same side of [0, 1).
 bool isWhollyOutside(const TextureTriangle& triangle) {
     const auto [left, right] = std::ranges::minmax(triangle, {}, &TexturePoint::u);
-    const auto [bottom, top] = std::ranges::minmax(triangle, {}, &TexturePoint::t);
-    return right.u < 0 || left.u >= 1 || top.t < 0 || bottom.t >= 1;
+    const auto [bottom, top] = std::ranges::minmax(triangle, {}, &TexturePoint::v);
+    return right.u < 0 || left.u >= 1 || top.v < 0 || bottom.v >= 1;
 }
 
 /// What the corners of a mesh's faces name, whether it is there or not.
@@ -79,7 +72,7 @@ void addNamedTexels(TextureSurvey& survey, const Object3D& mesh) {
         bool isWithout = false;
         bool isAbsent = false;
         for (std::int64_t corner = 3 * face; corner < 3 * face + 3; ++corner) {
-            const std::int32_t texel = texelIndices(mesh)[corner];
+            const std::int32_t texel = cornerTexels(mesh)[corner];
             if (isTexel(mesh, texel)) {
                 isNamed[static_cast<std::size_t>(texel)] = true;
             } else {

@@ -9,13 +9,14 @@
 #include "base/system.h"
 #include "talvek/inspect/texture_survey.h"
 #include "talvek/support/paths.h"
+#include "weathering/grid.h"
 
 namespace talvek::host {
 
 namespace {
 
 constexpr std::uint64_t kHeaderBytes = 100;
-constexpr double kGridCells = 460.0 * 460.0;
+constexpr double kGridCells = double{kGridSize} * kGridSize;
 /// A regular grid has two triangles per vertex, apart from its rim.
 constexpr double kFacesPerCell = 2;
 

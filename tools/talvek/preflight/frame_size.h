@@ -12,7 +12,7 @@ namespace talvek::host {
 /// The bytes of a mesh as a frame, as close as can be told before it moves: digits may be added or lost on the way.
 std::uint64_t frameBytes(const Object3D& mesh);
 
-/// The bytes of a frame on the 460 x 460 grid, from the part of texture space that the mesh covers.
+/// The bytes of a frame on the grid of mode 2, from the part of texture space that the mesh covers.
 std::uint64_t gridFrameBytes(const Object3D& mesh);
 
 /// The bytes that the disk has to have free for these files of `bytesEach`. Every file is written beside the one it

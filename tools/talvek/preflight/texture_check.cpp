@@ -2,7 +2,9 @@
 
 #include <cstddef>
 #include <memory>
+#include <string>
 
+#include "mesh/texture.h"
 #include "talvek.h"
 #include "talvek/inspect/texture_survey.h"
 #include "talvek/plan/mode_names.h"
@@ -65,10 +67,12 @@ void requireDrawnFaces(const Object3D& mesh, const std::string& meshName) {
         return;
     }
     const GridFaces faces = surveyGridFaces(mesh);
-    const std::string reasons = undrawnFaces(faces)
-                                    .add(mesh.numFaces - faces.undrawn(), " is too small for the 460 x 460 grid",
-                                         " are too small for the 460 x 460 grid")
-                                    .text();
+    const std::string cells = std::to_string(kGridSize);
+    const std::string tooSmall = " too small for the " + cells + " x " + cells + " grid";
+    const std::string reasons =
+        undrawnFaces(faces)
+            .add(mesh.numFaces - faces.undrawn(), (" is" + tooSmall).c_str(), (" are" + tooSmall).c_str())
+            .text();
     throw Failure(kExitRefused, meshName + ": " + modeName(TALVEK_MODE_QEMSCAN) + " would draw nothing: of " +
                                     facesOf(mesh) + ", " + reasons +
                                     "; lay the mesh out anew so that its faces lie in [0, 1) and run "
@@ -133,13 +137,13 @@ std::string mapWarning(const Object3D& mesh) {
 
 /// Mode 2 takes the vertices' own numbers where faces name no texels.
 bool canNameTexels(std::int32_t mode, const Object3D& mesh) {
-    return mode == TALVEK_MODE_QEMSCAN ? mesh.texels != nullptr && mesh.numTexels > 0 : hasTexture(mesh);
+    return mode == TALVEK_MODE_QEMSCAN ? hasTexels(mesh) : hasNamedTexels(mesh);
 }
 
 void requireNamedTexels(std::int32_t mode, const Object3D& mesh, const std::string& meshName) {
     const std::string needs = meshName + ": " + modeName(mode) + " needs texture coordinates, and ";
     const TextureSurvey survey = surveyTexture(mesh);
-    if (mesh.texels == nullptr || mesh.numTexels == 0) {
+    if (!hasTexels(mesh)) {
         throw Failure(kExitRefused, needs +
                                         "this mesh has none; export it with texture coordinates, or use mode 1 "
                                         "(mesh)");

@@ -1,4 +1,4 @@
-// A picture whose pixels are single-precision numbers: a mineral map, or a grid over texture space.
+// A picture whose pixels are single-precision numbers: a mineral map, a grid over texture space, a geometry image.
 #pragma once
 
 #include <cstdint>
