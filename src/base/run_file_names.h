@@ -11,6 +11,10 @@ inline constexpr std::string_view kMapExtension = ".bmp";
 inline constexpr std::string_view kParametersExtension = ".cfg";
 inline constexpr std::string_view kRunLogExtension = ".inf";
 
+/// The record of a run: so called in a folder of the run's own, and behind the mesh's name beside a mesh, where several
+/// meshes can stand.
+inline constexpr std::string_view kRunRecordFile = "run.json";
+
 /// What a file is called as long as it is not complete: the prefix, letters and digits of its own, the suffix.
 inline constexpr std::string_view kUnfinishedPrefix = ".talvek-";
 inline constexpr std::string_view kUnfinishedSuffix = ".tmp";
@@ -43,6 +47,10 @@ inline std::string firstSurfaceName(std::string_view meshFile) {
 
 inline std::string lastSurfaceName(std::string_view meshFile) {
     return std::string(meshFile) + ".obj_w.obj";
+}
+
+inline std::string runRecordName(std::string_view meshFile) {
+    return std::string(meshFile).append(".").append(kRunRecordFile);
 }
 
 }  // namespace talvek

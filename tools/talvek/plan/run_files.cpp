@@ -10,7 +10,10 @@ namespace talvek::host {
 
 namespace fs = std::filesystem;
 
-RunFiles::RunFiles(std::string meshName) : mesh(std::move(meshName)) {
+RunFiles::RunFiles(std::string meshName) : RunFiles(meshName, meshName, false) {}
+
+RunFiles::RunFiles(std::string sourceName, std::string meshName, bool hasOwnFolder)
+    : source(std::move(sourceName)), mesh(std::move(meshName)) {
     mineralMap = mineralMapName(mesh);
     parameters = parameterFileName(mesh);
     log = runLogName(mesh);
@@ -20,6 +23,7 @@ RunFiles::RunFiles(std::string meshName) : mesh(std::move(meshName)) {
     if (folder.empty()) {
         folder = ".";
     }
+    record = hasOwnFolder ? nameOf(folder / kRunRecordFile) : runRecordName(mesh);
 }
 
 std::string RunFiles::frame(std::int32_t number) const {

@@ -9,15 +9,23 @@
 namespace talvek::host {
 
 struct RunFiles {
+    /// Every file stands beside the mesh.
     explicit RunFiles(std::string meshName);
+    /// Every file stands beside the library's mesh. With `hasOwnFolder` the folder is the run's alone.
+    RunFiles(std::string sourceName, std::string meshName, bool hasOwnFolder);
 
     std::string frame(std::int32_t number) const;
 
+    /// The mesh that the user named.
+    std::string source;
+    /// The mesh that the library reads: the source itself, or what is made of it.
     std::string mesh;
     std::string mineralMap;
     /// Where --save-config writes.
     std::string parameters;
     std::string log;
+    /// The record of the run.
+    std::string record;
     std::string firstSurface;
     std::string lastSurface;
     /// Never empty.
