@@ -32,7 +32,7 @@ class Program {
         app_.set_version_flag("--version", versionText());
         app_.require_subcommand(0, 1);
         app_.footer(exitStatusTable() + "\ntalvek help COMMAND tells more of a command.");
-        addRunCommands(commands_, arguments_);
+        addRunCommands(commands_);
         addCheckCommand(commands_);
         addInfoCommand(commands_);
         addConvertCommand(commands_);

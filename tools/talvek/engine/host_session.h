@@ -2,14 +2,20 @@
 // process, because the library reports to standard output and keeps its caller until a run is over.
 #pragma once
 
-#include "talvek/plan/run_options.h"
+#include <string>
 
 namespace talvek::host {
 
-/// Sets the library's session up as the options say and prints the outcome as a SessionPlan. Returns the exit status.
-int describeSession(const RunOptions& options);
+struct SessionOrder {
+    /// The mesh that the library is to read.
+    std::string mesh;
+    /// A parameter file with all that is to be done. It is removed when it has been read.
+    std::string plan;
+    bool saveConfig = false;
+    bool keepInputFrame = false;
+};
 
-/// Sets the session up in the same way, saves the parameters if asked to, and runs it. Returns the exit status.
-int runSession(const RunOptions& options);
+/// Runs the library. Returns the exit status; throws Failure.
+int runSession(const SessionOrder& order);
 
 }  // namespace talvek::host

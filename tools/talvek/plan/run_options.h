@@ -26,8 +26,8 @@ struct ModelChoice {
 /// Values of one kind: one for every epoch, or one for each.
 using EpochValues = std::vector<float>;
 
-struct RunOptions {
-    std::string mesh;
+/// What a plan is made of.
+struct PlanOptions {
     std::optional<std::int32_t> mode;
     std::optional<ModelChoice> model;
     std::optional<std::int32_t> epochs;
@@ -37,7 +37,12 @@ struct RunOptions {
     /// Constant offset, mean, spread, smoothing: the same slots in the offsetting mode.
     std::array<EpochValues, TALVEK_EPOCH_PARAMS> offsets;
     std::array<std::optional<float>, TALVEK_MATERIAL_PARAMS> material;
+    /// The parameter file to start from.
     std::string config;
+};
+
+struct RunOptions : PlanOptions {
+    std::string mesh;
     bool saveConfig = false;
     bool keepInputFrame = false;
     std::string mineralMap;

@@ -1,39 +1,44 @@
-// The parameters of a run as the library holds them, handed from the child process to this program.
+// What a run is going to do: found out once, from the options, and then checked, run and recorded.
 #pragma once
 
-#include <array>
+#include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
+#include "api/session/parameters.h"
 #include "talvek.h"
 
 namespace talvek::host {
 
 struct PlannedEpoch {
-    std::uint32_t days = 0;
-    std::array<float, TALVEK_EPOCH_PARAMS> environment{};
+    EpochRecord record{};
+    /// Where a table of epochs gave them: the first and the last day, "2001-01-31", and a remark.
+    std::string start;
+    std::string end;
+    std::string note;
+
+    /// A value by its number in the interface, from 0: the days are none of them.
+    double value(std::size_t slot) const { return record.values[slot + 1]; }
+    void setValue(std::size_t slot, double value) { record.values[slot + 1] = value; }
 };
 
 struct SessionPlan {
     std::int32_t mode = 0;
     std::int32_t model = 0;
-    std::array<float, TALVEK_MATERIAL_PARAMS> material{};
+    MaterialRecord material{};
     std::vector<PlannedEpoch> epochs;
 
+    std::int32_t numEpochs() const { return static_cast<std::int32_t>(epochs.size()); }
     // What kind of mode it is; one that is not defined is of none.
     bool isOffsetting() const;
     bool needsMap() const;
     bool keepsVertices() const;
+    /// Counted as the library counts the time of its frames, in whole days.
     std::uint64_t totalDays() const;
 };
 
-/// The plan as lines of text, which stand among other lines without being taken for them.
-std::string writePlan(const SessionPlan& plan);
-
-/// Finds a plan among the lines of a text; nothing when there is none.
-std::optional<SessionPlan> readPlan(std::string_view text);
+/// The plan as a parameter file with all digits of its numbers, so that the library reads just these.
+std::string parameterText(const SessionPlan& plan);
 
 }  // namespace talvek::host

@@ -69,7 +69,7 @@ void requireFiniteDeltas(const SessionPlan& plan) {
             requireFiniteDelta(plan, i, *delta);
             requireFiniteSum(plan, i, sum);
         } else {
-            requireFiniteSmoothing(i, recordOf(plan.epochs[i]));
+            requireFiniteSmoothing(i, plan.epochs[i].record);
         }
     }
 }

@@ -1,9 +1,9 @@
 #include "talvek/preflight/planned_movement.h"
 
-#include <algorithm>
 #include <cmath>
 #include <cstddef>
 
+#include "talvek.h"
 #include "talvek/plan/mode_names.h"
 #include "talvek/plan/run_options.h"
 #include "talvek/support/messages.h"
@@ -11,23 +11,14 @@
 
 namespace talvek::host {
 
-EpochRecord recordOf(const PlannedEpoch& planned) {
-    EpochRecord epoch{};
-    epoch.values[0] = planned.days;
-    std::copy(planned.environment.begin(), planned.environment.end(), epoch.values.begin() + 1);
-    return epoch;
-}
-
 std::string epochName(std::size_t index) {
     return "epoch " + std::to_string(index + 1);
 }
 
 std::optional<double> plannedDelta(const SessionPlan& plan, const PlannedEpoch& planned) {
-    const EpochRecord epoch = recordOf(planned);
+    const EpochRecord& epoch = planned.record;
     if (!plan.isOffsetting()) {
-        MaterialRecord material{};
-        std::copy(plan.material.begin(), plan.material.end(), material.values.begin());
-        return weatheringDelta(material, epoch, plan.model);
+        return weatheringDelta(plan.material, epoch, plan.model);
     }
     switch (plan.model) {
         case TALVEK_MODEL_CONSTANT_OFFSET:
@@ -42,9 +33,9 @@ std::optional<double> plannedDelta(const SessionPlan& plan, const PlannedEpoch& 
 std::string troubleIn(const SessionPlan& plan, const PlannedEpoch& epoch) {
     const char* const* names = plan.isOffsetting() ? kOffsetOptions : kEnvironmentOptions;
     const std::size_t gases = plan.isOffsetting() ? 0 : plan.model == TALVEK_MODEL_SO2_CRUST ? 1 : 2;
-    for (std::size_t slot = 0; slot < epoch.environment.size(); ++slot) {
-        const float value = epoch.environment[slot];
-        const std::string is = std::string(names[slot] + 2) + " is " + briefNumber(static_cast<double>(value));
+    for (std::size_t slot = 0; slot < TALVEK_EPOCH_PARAMS; ++slot) {
+        const double value = epoch.value(slot);
+        const std::string is = std::string(names[slot] + 2) + " is " + briefNumber(value);
         if (usesEpochValue(plan.mode, plan.model, slot) && !std::isfinite(value)) {
             return is + ", which is not finite";
         }

@@ -5,12 +5,9 @@
 #include <optional>
 #include <string>
 
-#include "api/session/parameters.h"
 #include "talvek/plan/session_plan.h"
 
 namespace talvek::host {
-
-EpochRecord recordOf(const PlannedEpoch& planned);
 
 /// "epoch 1" for the first.
 std::string epochName(std::size_t index);

@@ -2,22 +2,15 @@
 // write, so it is found out here.
 #pragma once
 
-#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
 
-#include "talvek/plan/run_files.h"
+#include "talvek/plan/prepared_run.h"
 
 namespace talvek::host {
-
-/// What the frames of a run have to hold.
-struct ExpectedCounts {
-    std::int32_t vertices = 0;
-    std::int32_t faces = 0;
-};
 
 class FrameCheck {
   public:

@@ -1,0 +1,12 @@
+// All that can be looked into before a run.
+#pragma once
+
+#include "talvek/plan/prepared_run.h"
+#include "talvek/plan/run_options.h"
+
+namespace talvek::host {
+
+/// Warns of what is doubtful and puts the mineral map in its place. Throws Failure for a run that could not work.
+PreparedRun prepareRun(const RunOptions& options, const SessionPlan& plan);
+
+}  // namespace talvek::host
