@@ -166,7 +166,7 @@ void writePlyFixtures(const TempFolder& folder) {
     const std::string text = kTextPly;
     writeFile(folder.file("text.ply"), text);
     writeFile(folder.file("cut.ply"), text.substr(0, text.size() - 20));
-    writeFile(folder.file("big.ply"), "ply\nformat binary_big_endian 1.0\nend_header\n");
+    writeFile(folder.file("coded.ply"), "ply\nformat base64 1.0\nend_header\n");
     writeFile(folder.file("fake.ply"), "solid\n");
     writeFile(folder.file("index.ply"), kPlyIndexTooLarge);
 }

@@ -9,6 +9,7 @@
 #include "talvek/inspect/binary_check.h"
 #include "talvek/inspect/mesh_survey.h"
 #include "talvek/inspect/obj_check.h"
+#include "talvek/plan/import_arguments.h"
 #include "talvek/support/exit_status.h"
 #include "talvek/support/messages.h"
 #include "talvek/support/whole_file.h"
@@ -93,8 +94,8 @@ int print(const std::string& path, const Findings& findings, const Object3D* mes
     return findings.sentences.empty() ? kExitDone : kExitFindings;
 }
 
-int checkCommand(const std::string& path) {
-    requireReadable(path);
+/// A format of the library's, as its reader sees it.
+int checkNative(const std::string& path) {
     Findings findings;
     checkFormat(path, findings);
     const std::unique_ptr<Object3D> mesh = readUnchecked(path);
@@ -113,13 +114,30 @@ int checkCommand(const std::string& path) {
     return print(path, findings, mesh.get());
 }
 
+int checkCommand(const std::string& path, const ImportOptions& options) {
+    requireReadable(path);
+    if (isNativeName(path) && options.isPlain()) {
+        return checkNative(path);
+    }
+    const LoadedMesh loaded = loadMesh(path, options);
+    printImport(path, loaded);
+    Findings findings;
+    checkSurface(*loaded.mesh, findings);
+    return print(path, findings, loaded.mesh.get());
+}
+
 }  // namespace
 
 void addCheckCommand(CommandSet& commands) {
-    const auto path = std::make_shared<std::string>();
+    struct CheckOptions {
+        std::string path;
+        ImportOptions import;
+    };
+    const auto options = std::make_shared<CheckOptions>();
     CLI::App& check = commands.add("check", "Tell why a mesh does not load or will not weather well",
-                                   [path] { return checkCommand(*path); });
-    addFileArgument(check, *path, "MESH", "Mesh to look through: " + readExtensions());
+                                   [options] { return checkCommand(options->path, options->import); });
+    addFileArgument(check, options->path, "MESH", meshArgumentText("Mesh to look through"));
+    addImportArguments(check, options->import);
 }
 
 }  // namespace talvek::host

@@ -2,18 +2,19 @@
 
 #include <CLI/CLI.hpp>
 #include <cstdio>
-#include <filesystem>
 #include <memory>
 #include <string>
-#include <system_error>
 
 #include "Vexo_Lib/sas.h"
+#include "base/system.h"
 #include "mesh/object3d.h"
 #include "talvek/formats/mesh_file.h"
 #include "talvek/formats/obj_export.h"
 #include "talvek/formats/ply.h"
+#include "talvek/formats/stl.h"
+#include "talvek/plan/import_arguments.h"
 #include "talvek/support/exit_status.h"
-#include "talvek/support/paths.h"
+#include "talvek/support/same_file.h"
 
 namespace talvek::host {
 
@@ -30,7 +31,16 @@ bool writeSas(const Object3D& mesh, const std::string& path) {
     return WriteSasFile(path.c_str(), mesh);
 }
 
-constexpr ExportFormat kFormats[] = {{".obj", writeObjExport}, {".sas", writeSas}, {".ply", writePly}};
+constexpr ExportFormat kFormats[] = {
+    {".obj", writeObjExport}, {".sas", writeSas}, {".ply", writePly}, {".stl", writeStl}};
+
+std::string writtenExtensions() {
+    std::string all;
+    for (const ExportFormat& format : kFormats) {
+        all += (all.empty() ? "" : ", ") + std::string(format.extension);
+    }
+    return all;
+}
 
 MeshWriter writerFor(const std::string& path) {
     const std::string extension = lowerCaseExtension(path);
@@ -39,35 +49,48 @@ MeshWriter writerFor(const std::string& path) {
             return format.write;
         }
     }
-    throw Failure(kExitUsage, path + ": meshes are written as .obj, .sas or .ply");
+    throw Failure(kExitUsage, path + ": meshes are written as " + writtenExtensions());
 }
 
-int convertCommand(const std::string& from, const std::string& to) {
-    const MeshWriter write = writerFor(to);
-    std::error_code ignored;
-    if (std::filesystem::equivalent(pathOf(from), pathOf(to), ignored)) {
-        throw Failure(kExitUsage, to + ": a mesh is not written over itself; choose another name");
+struct ConvertOptions {
+    std::string from;
+    std::string to;
+    ImportOptions import;
+    bool mayReplace = false;
+};
+
+void requireFreeName(const ConvertOptions& options) {
+    if (isSameFile(options.from, options.to)) {
+        throw Failure(kExitUsage, options.to + ": a mesh is not written over itself; choose another name");
     }
-    const std::unique_ptr<Object3D> mesh = readMesh(from);
-    if (!write(*mesh, to)) {
-        throw Failure(kExitOutput, to + ": the file cannot be written; look for the folder, its permissions and room");
+    if (!options.mayReplace && system::kindOf(options.to.c_str()) == system::FileKind::kRegular) {
+        throw Failure(kExitRefused, options.to + ": there is such a file already; --force replaces it");
     }
-    std::printf("%s: %s\n", to.c_str(), contentOf(*mesh).c_str());
+}
+
+int convertCommand(const ConvertOptions& options) {
+    const MeshWriter write = writerFor(options.to);
+    requireFreeName(options);
+    const LoadedMesh loaded = loadMesh(options.from, options.import);
+    if (!write(*loaded.mesh, options.to)) {
+        throw Failure(kExitOutput,
+                      options.to + ": the file cannot be written; look for the folder, its permissions and room");
+    }
+    printImport(options.from, loaded);
+    std::printf("%s: %s\n", options.to.c_str(), contentOf(*loaded.mesh).c_str());
     return kExitDone;
 }
 
 }  // namespace
 
 void addConvertCommand(CommandSet& commands) {
-    struct Files {
-        std::string from;
-        std::string to;
-    };
-    const auto files = std::make_shared<Files>();
-    CLI::App& convert = commands.add("convert", "Turn a mesh into another format: OBJ, SAS or PLY",
-                                     [files] { return convertCommand(files->from, files->to); });
-    addFileArgument(convert, files->from, "A", "Mesh to read: " + readExtensions());
-    addFileArgument(convert, files->to, "B", "Mesh to write: .obj, .sas or .ply");
+    const auto options = std::make_shared<ConvertOptions>();
+    CLI::App& convert =
+        commands.add("convert", "Turn a mesh into another format", [options] { return convertCommand(*options); });
+    addFileArgument(convert, options->from, "A", meshArgumentText("Mesh to read"));
+    addFileArgument(convert, options->to, "B", "Mesh to write: " + writtenExtensions());
+    addImportArguments(convert, options->import);
+    convert.add_flag("--force", options->mayReplace, "Replace a file that has the name of B");
 }
 
 }  // namespace talvek::host

@@ -5,7 +5,8 @@
 
 namespace talvek::host {
 
-/// Reads a mesh in any format the library reads, or PLY, and writes it as OBJ, SAS or PLY, by its extension.
+/// Reads a mesh in any format and writes it in another one, by its extension. A file that is there already is replaced
+/// with --force only.
 void addConvertCommand(CommandSet& commands);
 
 }  // namespace talvek::host

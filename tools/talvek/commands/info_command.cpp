@@ -12,6 +12,7 @@
 
 #include "talvek/formats/mesh_file.h"
 #include "talvek/inspect/mesh_survey.h"
+#include "talvek/plan/import_arguments.h"
 #include "talvek/support/exit_status.h"
 #include "talvek/support/messages.h"
 
@@ -139,15 +140,17 @@ void printText(const std::string& path, const Object3D& mesh, const MeshSurvey& 
 struct InfoOptions {
     std::string path;
     bool asJson = false;
+    ImportOptions import;
 };
 
 int infoCommand(const InfoOptions& options) {
-    const std::unique_ptr<Object3D> mesh = readMesh(options.path);
-    const MeshSurvey survey = surveyMesh(*mesh);
+    const LoadedMesh loaded = loadMesh(options.path, options.import);
+    const MeshSurvey survey = surveyMesh(*loaded.mesh);
     if (options.asJson) {
-        std::printf("%s\n", json(options.path, *mesh, survey).c_str());
+        std::printf("%s\n", json(options.path, *loaded.mesh, survey).c_str());
     } else {
-        printText(options.path, *mesh, survey);
+        printImport(options.path, loaded);
+        printText(options.path, *loaded.mesh, survey);
     }
     return kExitDone;
 }
@@ -157,7 +160,8 @@ int infoCommand(const InfoOptions& options) {
 void addInfoCommand(CommandSet& commands) {
     const auto options = std::make_shared<InfoOptions>();
     CLI::App& info = commands.add("info", "Tell what a mesh consists of", [options] { return infoCommand(*options); });
-    addFileArgument(info, options->path, "MESH", "Mesh to look at: " + readExtensions());
+    addFileArgument(info, options->path, "MESH", meshArgumentText("Mesh to look at"));
+    addImportArguments(info, options->import);
     info.add_flag("--json", options->asJson, "Print one JSON object");
 }
 

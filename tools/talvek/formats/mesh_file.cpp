@@ -6,18 +6,11 @@
 
 #include "Vexo_Lib/mesh_formats.h"
 #include "base/system.h"
-#include "talvek/formats/ply.h"
+#include "talvek/formats/imported_mesh.h"
 #include "talvek/support/exit_status.h"
 #include "talvek/support/messages.h"
 
 namespace talvek::host {
-
-namespace {
-
-/// For exchange with other mesh programs; no run reads it.
-constexpr std::string_view kPly = ".ply";
-
-}  // namespace
 
 std::string lowerCaseExtension(const std::string& path) {
     const std::size_t dot = path.rfind('.');
@@ -51,18 +44,8 @@ std::string runExtensions(const char* lastWord) {
     return list.append(" ").append(lastWord).append(" ").append(formats.back().extension);
 }
 
-std::string readExtensions() {
-    std::string list;
-    for (const MeshFormat& format : meshFormats()) {
-        list.append(format.extension).append(", ");
-    }
-    list.replace(list.rfind(", "), 2, " or ");
-    return list.append(kPly);
-}
-
-std::string formatName(const std::string& path) {
-    const MeshFormat* format = meshFormatOf(path);
-    return format != nullptr ? std::string(format->name) : "PLY";
+bool isNativeName(const std::string& path) {
+    return std::ranges::count(meshFormats(), lowerCaseExtension(path), &MeshFormat::extension) > 0;
 }
 
 std::unique_ptr<Object3D> readUnchecked(const std::string& path) {
@@ -70,17 +53,12 @@ std::unique_ptr<Object3D> readUnchecked(const std::string& path) {
         return format->inspect(path.c_str());
     }
     const std::string extension = lowerCaseExtension(path);
-    if (path.ends_with(kPly) || path.ends_with(".PLY")) {
-        return readPly(path);
-    }
-    if (extension == kPly || std::ranges::count(meshFormats(), extension, &MeshFormat::extension) > 0) {
+    if (isNativeName(path)) {
         std::string message = path;
         message += ": extensions are read in lower or upper case only; rename the file to end in ";
         throw Failure(kExitMesh, message + extension);
     }
-    throw Failure(kExitMesh, path + ": there is no reader for " +
-                                 (extension.empty() ? "a name without extension" : extension) + "; the library reads " +
-                                 runExtensions("and"));
+    throw Failure(kExitMesh, path + ": the simulation reads " + runExtensions("and"));
 }
 
 std::string contentOf(const Object3D& mesh) {
@@ -96,8 +74,7 @@ std::int64_t firstBadCorner(const Object3D& mesh) {
     return bad == corners.end() ? -1 : bad - corners.begin();
 }
 
-std::unique_ptr<Object3D> readMesh(const std::string& path) {
-    requireReadable(path);
+std::unique_ptr<Object3D> readNativeMesh(const std::string& path) {
     std::unique_ptr<Object3D> mesh = readUnchecked(path);
     if (mesh == nullptr) {
         throw Failure(kExitMesh, path + ": the mesh does not load; talvek check says why");
@@ -107,6 +84,24 @@ std::unique_ptr<Object3D> readMesh(const std::string& path) {
         throw Failure(kExitMesh, path + ": the mesh does not load: face " + std::to_string(corner / 3 + 1) +
                                      " names a vertex that is not there; talvek check says more");
     }
+    return mesh;
+}
+
+LoadedMesh loadMesh(const std::string& path, const ImportOptions& options) {
+    ImportedMesh imported = importMesh(path, options);
+    LoadedMesh loaded{.mesh = nullptr, .notes = importNotes(imported), .place = imported.place};
+    loaded.mesh = narrowMesh(std::move(imported));
+    loaded.mesh->updateNormals(true);
+    loaded.mesh->largestCoordinate = largestAbsoluteCoordinate(*loaded.mesh);
+    return loaded;
+}
+
+std::unique_ptr<Object3D> readMesh(const std::string& path) {
+    if (!isNativeName(path)) {
+        return loadMesh(path, {}).mesh;
+    }
+    requireReadable(path);
+    std::unique_ptr<Object3D> mesh = readNativeMesh(path);
     mesh->updateNormals(true);
     mesh->largestCoordinate = largestAbsoluteCoordinate(*mesh);
     return mesh;

@@ -1,16 +1,17 @@
 // PLY files, for other mesh programs.
 #pragma once
 
-#include <memory>
 #include <string>
 
 #include "mesh/object3d.h"
+#include "talvek/formats/imported_mesh.h"
+#include "talvek/formats/mesh_input.h"
 
 namespace talvek::host {
 
-/// Reads the vertices, the faces and the texture coordinates of a PLY file, text or little-endian binary. Polygons
-/// become fans of triangles. Indices are not checked. Throws Failure with the reason when the file cannot be read.
-std::unique_ptr<Object3D> readPly(const std::string& path);
+/// Reads vertices with their colours, faces, texture coordinates by vertex or by corner, and the names of the pictures;
+/// what else the head declares is passed over. Throws Failure with the reason when the file cannot be read.
+ImportedMesh readPly(MeshInput& input);
 
 /// Writes little-endian binary PLY: positions and normals, texture coordinates by vertex where there is one for each,
 /// else by face corner. The mesh has vertex normals. Returns whether the file is complete; without that the old one, if

@@ -4,8 +4,6 @@
 #include <charconv>
 #include <sstream>
 
-#include "talvek/support/exit_status.h"
-
 namespace talvek::host {
 
 namespace {
@@ -23,37 +21,43 @@ constexpr TypeName kTypeNames[] = {
     {"float", PlyType::kFloat32},  {"float32", PlyType::kFloat32}, {"double", PlyType::kFloat64},
     {"float64", PlyType::kFloat64}};
 
+struct EncodingName {
+    std::string_view name;
+    PlyEncoding encoding;
+};
+
+constexpr EncodingName kEncodingNames[] = {{"ascii", PlyEncoding::kText},
+                                           {"binary_little_endian", PlyEncoding::kLittleEndian},
+                                           {"binary_big_endian", PlyEncoding::kBigEndian}};
+
+/// A head of more lines is none.
+constexpr std::int64_t kMostLines = 10000;
+
 class HeaderReader {
   public:
-    HeaderReader(std::string_view& rest, const std::string& path) : rest_(rest), path_(path) {}
+    explicit HeaderReader(MeshInput& input) : input_(input) {}
 
     PlyHeader read() {
         if (nextLine() != "ply") {
-            fail("this is no PLY file");
+            input_.failAtLine("this is no PLY file");
         }
         for (std::string line = nextLine(); line != "end_header"; line = nextLine()) {
             readStatement(line);
         }
-        return header_;
+        return std::move(header_);
     }
 
   private:
-    [[noreturn]] void fail(const std::string& reason) const {
-        throw Failure(kExitMesh, path_ + ": line " + std::to_string(lineNumber_) + ": " + reason);
-    }
-
     std::string nextLine() {
-        ++lineNumber_;
-        const std::size_t end = rest_.find('\n');
-        if (end == std::string_view::npos) {
-            fail("the file ends within its head");
+        // A file of bytes may have no line end for a long way.
+        constexpr std::size_t kLongestLine = 65536;
+        const std::string_view ahead = input_.ahead(kLongestLine);
+        std::string_view line;
+        const bool hasEnd = ahead.find('\n') != std::string_view::npos;
+        if (!hasEnd || input_.lineNumber() == kMostLines || !input_.nextLine(line)) {
+            input_.failAtLine(input_.lineNumber() == 0 ? "this is no PLY file" : "the file ends within its head");
         }
-        std::string line(rest_.substr(0, end));
-        rest_.remove_prefix(end + 1);
-        if (line.ends_with('\r')) {
-            line.pop_back();
-        }
-        return line;
+        return std::string(line);
     }
 
     void readStatement(const std::string& line) {
@@ -63,30 +67,37 @@ class HeaderReader {
         if (keyword == "format") {
             readFormat(words);
         } else if (keyword == "element") {
-            PlyElement& element = header_.elements.emplace_back();
-            std::string count;
-            words >> element.name >> count;
-            const auto [end, error] = std::from_chars(count.data(), count.data() + count.size(), element.count);
-            if (error != std::errc() || end != count.data() + count.size() || element.count < 0) {
-                fail("an element without a count");
-            }
+            readElement(words);
         } else if (keyword == "property") {
             readProperty(words);
+        } else if (keyword == "comment") {
+            readComment(words);
         }
     }
 
     void readFormat(std::istringstream& words) {
         std::string format;
         words >> format;
-        if (format != "ascii" && format != "binary_little_endian") {
-            fail("the format " + format + " is not read; text and little-endian binary are");
+        const auto* const found = std::ranges::find(kEncodingNames, format, &EncodingName::name);
+        if (found == std::end(kEncodingNames)) {
+            input_.failAtLine("the format " + format + " is not read; text and binary are");
         }
-        header_.isBinary = format != "ascii";
+        header_.encoding = found->encoding;
+    }
+
+    void readElement(std::istringstream& words) {
+        PlyElement& element = header_.elements.emplace_back();
+        std::string count;
+        words >> element.name >> count;
+        const auto [end, error] = std::from_chars(count.data(), count.data() + count.size(), element.count);
+        if (error != std::errc() || end != count.data() + count.size() || element.count < 0) {
+            input_.failAtLine("an element without a count");
+        }
     }
 
     void readProperty(std::istringstream& words) {
         if (header_.elements.empty()) {
-            fail("a property before the first element");
+            input_.failAtLine("a property before the first element");
         }
         PlyProperty& property = header_.elements.back().properties.emplace_back();
         std::string type;
@@ -101,33 +112,55 @@ class HeaderReader {
         words >> property.name;
     }
 
+    /// As MeshLab and others name the pictures.
+    void readComment(std::istringstream& words) {
+        std::string keyword;
+        words >> keyword >> std::ws;
+        if (keyword == "TextureFile") {
+            std::getline(words, header_.textureFiles.emplace_back());
+        }
+    }
+
     PlyType typeOf(const std::string& name) const {
         const auto* const found = std::ranges::find(kTypeNames, name, &TypeName::name);
         if (found == std::end(kTypeNames)) {
-            fail("a property of unknown type " + name);
+            input_.failAtLine("a property of unknown type " + name);
         }
         return found->type;
     }
 
-    std::string_view& rest_;
-    const std::string& path_;
+    MeshInput& input_;
     PlyHeader header_;
-    int lineNumber_ = 0;
 };
 
 }  // namespace
 
-int PlyElement::find(std::initializer_list<std::string_view> names) const {
+std::size_t sizeOf(PlyType type) {
+    switch (type) {
+        case PlyType::kInt8:
+        case PlyType::kUint8:
+            return 1;
+        case PlyType::kInt16:
+        case PlyType::kUint16:
+            return 2;
+        case PlyType::kFloat64:
+            return 8;
+        default:
+            return 4;
+    }
+}
+
+int PlyElement::find(std::initializer_list<std::string_view> names, bool isList) const {
     for (std::size_t i = 0; i < properties.size(); ++i) {
-        if (std::ranges::find(names, properties[i].name) != names.end()) {
+        if (properties[i].isList == isList && std::ranges::find(names, properties[i].name) != names.end()) {
             return static_cast<int>(i);
         }
     }
     return -1;
 }
 
-PlyHeader readPlyHeader(std::string_view& rest, const std::string& path) {
-    return HeaderReader(rest, path).read();
+PlyHeader readPlyHeader(MeshInput& input) {
+    return HeaderReader(input).read();
 }
 
 }  // namespace talvek::host
