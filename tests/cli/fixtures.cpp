@@ -1,5 +1,6 @@
 #include "cli/fixtures.h"
 
+#include "cli/config_fixtures.h"
 #include "cli/map_fixtures.h"
 #include "support/meshes.h"
 
@@ -147,19 +148,6 @@ void writeFiniteFixtures(const TempFolder& folder) {
     writeFile(folder.file("torn.obj"), "v nan 0 0\nv 1 0 0\nv 0 1 0\nv 5 0 0\nv 6 0 0\nv 5 1 0\nf 1 2 3\nf 4 5 6\n");
     writeFile(folder.file("wide.obj"), "v 1e6 1e6 0\nv 1000009 1e6 0\nv 1e6 1000009 9\nf 1 2 3\n");
     writeFile(folder.file("unplaced.obj"), "v nan 0 0\nv 1 inf 0\nv 0 1 nan\nf 1 2 3\n");
-    const std::string head =
-        "mode = 1;\nmodel = 3;\nmtl = 0.14, 0.11, 544.3, 312, 375, 2452, 100.9, 2.714;\nepcs = 2;\n";
-    writeFile(folder.file("negative.cfg"),
-              head + "epc_1 = 100, 4e-13, 1e-12, 1, 5;\nepc_2 = -4, 4e-13, 1e-12, 1, 5;\n");
-    writeFile(folder.file("nan.cfg"), head + "epc_0 = nan, 4e-13, 1e-12, 1, 5;\n");
-    writeFile(folder.file("gas.cfg"), head + "epc_0 = 10, nan, 1e-12, 1, 5;\n");
-}
-
-void writeConfigFixtures(const TempFolder& folder) {
-    const std::string epoch = "epcs = 1;\nepc_1 = 10, ";
-    writeFile(folder.file("offsets.cfg"), "mode = 0;\nmodel = 0;\n" + epoch + "0.5, 0, 0, 0;\n");
-    writeFile(folder.file("zero.cfg"), "mode = 1;\nmodel = 0;\n" + epoch + "4e-13, 1e-12, 1, 5;\n");
-    writeFile(folder.file("nine.cfg"), "mode = 9;\r\nmodel = 7;\r\n" + epoch + "4e-13, 1e-12, 1, 5;\n");
 }
 
 void writePlyFixtures(const TempFolder& folder) {

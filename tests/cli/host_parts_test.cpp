@@ -118,7 +118,9 @@ TEST(SessionPlan, KeepsAllDigitsOnItsWayToTheLibrary) {
     plan.material.values[3] = 1.0 / 3;
     plan.epochs[1].record.values = {100.5, 1.0 / 7, 4.9e-324, -1.7976931348623157e+308, -0.0};
     writeFile(folder.file("plan.cfg"), host::parameterText(plan));
-    const host::SessionPlan again = host::readParameters(folder.file("plan.cfg"));
+    host::PlanOptions options;
+    options.config = folder.file("plan.cfg");
+    const host::SessionPlan again = host::readParameters(options);
     EXPECT_EQ(again.mode, plan.mode);
     EXPECT_EQ(again.model, plan.model);
     EXPECT_EQ(again.material.values, plan.material.values);

@@ -45,19 +45,6 @@ SessionPlan planOfDefaults(const PlanOptions& options) {
     return plan;
 }
 
-/// A parameter file can hold any days, of which neither the interface nor a summary in whole days can tell.
-void requireUsableDays(const SessionPlan& plan, const PlanOptions& options) {
-    const auto used = static_cast<std::size_t>(options.epochs.value_or(plan.numEpochs()));
-    for (std::size_t i = 0; i < std::min(used, plan.epochs.size()) && options.days.empty(); ++i) {
-        const std::int32_t days = saturateToInt(plan.epochs[i].record.days());
-        if (days < 1 || days > TALVEK_MAX_EPOCH_DAYS) {
-            throw Failure(kExitParameters, options.config + ": the days of epoch " + std::to_string(i + 1) +
-                                               " are not in the range 1 to " + std::to_string(TALVEK_MAX_EPOCH_DAYS) +
-                                               "; correct the file, or give --days");
-        }
-    }
-}
-
 /// The four values of an epoch are offsets in one mode and gases and rain in the others, and models are numbered anew.
 void requireSameKindOfMode(const PlanOptions& options, std::int32_t mode, std::int32_t own) {
     const bool isOffsetting = mode == TALVEK_MODE_OFFSETTING;
@@ -79,14 +66,12 @@ void requireSameKindOfMode(const PlanOptions& options, std::int32_t mode, std::i
 
 /// Epochs that the file does not have are like its last.
 SessionPlan planOfConfig(const PlanOptions& options) {
-    SessionPlan plan = readParameters(options.config);
-    requireUsableDays(plan, options);
+    SessionPlan plan = readParameters(options);
     const std::int32_t own = plan.mode;
     setModeAndModel(plan, options.mode.value_or(own), options.model ? options.model->number : plan.model);
     requireSameKindOfMode(options, plan.mode, own);
     if (options.epochs) {
-        const PlannedEpoch last = plan.epochs.empty() ? defaultEpoch(plan.mode) : plan.epochs.back();
-        plan.epochs.resize(static_cast<std::size_t>(*options.epochs), last);
+        plan.epochs.resize(static_cast<std::size_t>(*options.epochs), PlannedEpoch(plan.epochs.back()));
     }
     return plan;
 }

@@ -21,11 +21,7 @@ bool isHeld(double amount) {
 }
 
 /// What to look for where an epoch's movement is not finite.
-std::string adviceOn(const SessionPlan& plan, const PlannedEpoch& epoch) {
-    std::string trouble = troubleIn(plan, epoch);
-    if (!trouble.empty()) {
-        return trouble;
-    }
+std::string adviceOn(const SessionPlan& plan) {
     return plan.isOffsetting() ? "choose a smaller offset or fewer days"
                                : "look for a material value of 0 that divides, or for a value in the wrong unit";
 }
@@ -34,17 +30,16 @@ void requireFiniteDelta(const SessionPlan& plan, std::size_t index, double delta
     if (!isHeld(delta)) {
         const std::string amount = std::isnan(delta) ? "an amount that is not a number"
                                                      : briefNumber(delta) + " mm, which no coordinate can hold";
-        throw Failure(kExitRefused, epochName(index) + " would move the surface by " + amount + "; " +
-                                        adviceOn(plan, plan.epochs[index]));
+        throw Failure(kExitRefused, epochName(index) + " would move the surface by " + amount + "; " + adviceOn(plan));
     }
 }
 
 void requireFiniteSum(const SessionPlan& plan, std::size_t index, double sum) {
     if (!isHeld(sum)) {
-        throw Failure(kExitRefused, epochName(index) + " would have moved the surface by " + briefNumber(sum) +
-                                        " mm in all, which no coordinate can hold; " +
-                                        (plan.isOffsetting() ? "choose smaller offsets or fewer days"
-                                                             : adviceOn(plan, plan.epochs[index])));
+        throw Failure(kExitRefused,
+                      epochName(index) + " would have moved the surface by " + briefNumber(sum) +
+                          " mm in all, which no coordinate can hold; " +
+                          (plan.isOffsetting() ? "choose smaller offsets or fewer days" : adviceOn(plan)));
     }
 }
 

@@ -70,11 +70,6 @@ std::string stillText(const FoundEpochs& still, std::size_t epochs) {
            epochName(still.first);
 }
 
-std::string stillWarning(const FoundEpochs& still, const SessionPlan& plan) {
-    const std::string trouble = troubleIn(plan, plan.epochs[still.first]);
-    return stillText(still, plan.epochs.size()) + (trouble.empty() ? "" : "; " + trouble);
-}
-
 std::string sizeOf(const Object3D& mesh) {
     const BoundingBox box = boundingBox(mesh);
     return briefNumber(static_cast<double>(box.xmax - box.xmin)) + " x " +
@@ -111,7 +106,7 @@ std::vector<std::string> movementWarnings(const SessionPlan& plan, const Object3
     }
     std::vector<std::string> warnings;
     if (still.count > 0) {
-        warnings.push_back(stillWarning(still, plan));
+        warnings.push_back(stillText(still, plan.epochs.size()));
     }
     if (lost.count > 0) {
         warnings.push_back(roundingWarning(lost, plan, mesh, largest));

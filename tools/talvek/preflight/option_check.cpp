@@ -1,13 +1,9 @@
 #include "talvek/preflight/option_check.h"
 
-#include <algorithm>
 #include <cstddef>
-#include <string_view>
 
-#include "api/parameter_statement.h"
 #include "talvek/plan/mode_names.h"
 #include "talvek/support/exit_status.h"
-#include "talvek/support/whole_file.h"
 
 namespace talvek::host {
 
@@ -59,33 +55,6 @@ void requireWeatheringOptions(const SessionPlan& plan, const RunOptions& options
     }
 }
 
-std::string_view trimmed(std::string_view text) {
-    constexpr std::string_view kBlanks = " \t";
-    const std::size_t begin = std::min(text.find_first_not_of(kBlanks), text.size());
-    return text.substr(begin, text.find_last_not_of(kBlanks) + 1 - begin);
-}
-
-/// What a parameter file has after "mode =" or "model =", as the library finds it.
-struct ConfigChoices {
-    std::optional<std::string> mode;
-    std::optional<std::string> model;
-};
-
-ConfigChoices readChoices(std::string_view text) {
-    ConfigChoices choices;
-    while (!text.empty()) {
-        const std::string_view line = text.substr(0, text.find('\n'));
-        text.remove_prefix(std::min(line.size() + 1, text.size()));
-        const Statement statement = parseStatement(line);
-        if (statement.key.starts_with("model")) {
-            choices.model = trimmed(statement.value);
-        } else if (statement.key.starts_with("mode")) {
-            choices.mode = trimmed(statement.value);
-        }
-    }
-    return choices;
-}
-
 }  // namespace
 
 void requireDefinedPair(const SessionPlan& plan, const RunOptions& options) {
@@ -98,26 +67,6 @@ void requireDefinedPair(const SessionPlan& plan, const RunOptions& options) {
     } else {
         requireWeatheringOptions(plan, options);
     }
-}
-
-std::vector<std::string> replacedChoices(const SessionPlan& plan, const RunOptions& options) {
-    std::vector<std::string> warnings;
-    if (options.config.empty()) {
-        return warnings;
-    }
-    const ConfigChoices choices = readChoices(readWholeFile(options.config, kExitParameters));
-    const auto compare = [&](const std::optional<std::string>& wanted, std::int32_t taken, const std::string& name) {
-        if (wanted && *wanted != std::to_string(taken)) {
-            warnings.push_back(options.config + ": \"" + *wanted + "\" is taken for " + name);
-        }
-    };
-    if (!options.mode) {
-        compare(choices.mode, plan.mode, modeName(plan.mode));
-    }
-    if (!options.model) {
-        compare(choices.model, plan.model, modelName(plan.mode, plan.model));
-    }
-    return warnings;
 }
 
 }  // namespace talvek::host

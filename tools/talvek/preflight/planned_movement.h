@@ -16,7 +16,4 @@ std::string epochName(std::size_t index);
 /// smoothing, where it depends on the curvature. Random offsets hardly exceed it.
 std::optional<double> plannedDelta(const SessionPlan& plan, const PlannedEpoch& planned);
 
-/// What is wrong with a value of an epoch; empty where nothing is.
-std::string troubleIn(const SessionPlan& plan, const PlannedEpoch& epoch);
-
 }  // namespace talvek::host

@@ -9,6 +9,7 @@
 #include "talvek/preflight/option_check.h"
 #include "talvek/preflight/preflight.h"
 #include "talvek/preflight/texture_check.h"
+#include "talvek/preflight/value_check.h"
 #include "talvek/support/exit_status.h"
 #include "talvek/support/messages.h"
 
@@ -17,8 +18,8 @@ namespace talvek::host {
 PreparedRun prepareRun(const RunOptions& options, const SessionPlan& plan) {
     PreparedRun run{
         .files = RunFiles(options.mesh), .plan = plan, .keepInputFrame = options.keepInputFrame, .counts = {}};
-    printWarnings(replacedChoices(plan, options));
     requireDefinedPair(plan, options);
+    requirePossibleValues(plan);
     requireFreeLog(options, run.files, plan.numEpochs());
     if (lowerCaseExtension(options.mesh) == ".ply") {
         throw Failure(kExitMesh,
