@@ -57,7 +57,8 @@ struct Sheet {
     template <typename Take>
     void forEachVertex(Take take) const {
         for (std::int32_t i = 0; i < numVertices(); ++i) {
-            take(static_cast<float>(i % side) + 0.123456F, static_cast<float>(i / side) + 0.654321F,
+            const std::int32_t row = i / side;
+            take(static_cast<float>(i % side) + 0.123456F, static_cast<float>(row) + 0.654321F,
                  static_cast<float>(i * 7 % 13) * 0.01F);
         }
     }

@@ -51,7 +51,7 @@ class Bytes {
     std::string text() {
         std::string text(byte() % 64, '\0');
         std::generate(text.begin(), text.end(), [this] { return static_cast<char>(byte()); });
-        return text.c_str();
+        return text.substr(0, text.find('\0'));
     }
 
   private:
@@ -114,7 +114,9 @@ constexpr Call kCalls[] = {
     [](Bytes&) { talvekStop(); },
     [](Bytes&) { talvekGetStatus(); },
     [](Bytes& b) { talvekSetFileName(b.isNull() ? nullptr : fileIn(b).c_str()); },
-    [](Bytes& b) { talvekSetFileName((talvek::fuzz::folder() + "/" + std::string(b.byte() * 8U, 'x')).c_str()); },
+    [](Bytes& b) {
+        talvekSetFileName((talvek::fuzz::folder() + "/" + std::string(std::size_t{8} * b.byte(), 'x')).c_str());
+    },
     [](Bytes& b) {
         std::vector<char> out(TALVEK_FILE_NAME_SIZE);
         talvekGetFileName(b.isNull() ? nullptr : out.data());

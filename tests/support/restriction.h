@@ -32,7 +32,7 @@ inline bool obeyPermissions() {
     if (::syscall(SYS_capget, &header, sets) != 0) {
         return false;
     }
-    for (const unsigned capability : {CAP_DAC_OVERRIDE, CAP_DAC_READ_SEARCH}) {
+    for (const unsigned capability : {unsigned{CAP_DAC_OVERRIDE}, unsigned{CAP_DAC_READ_SEARCH}}) {
         sets[0].effective &= ~(1U << capability);
         sets[0].permitted &= ~(1U << capability);
         if (::prctl(PR_CAPBSET_DROP, capability, 0, 0, 0) != 0) {

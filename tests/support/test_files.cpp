@@ -73,9 +73,8 @@ std::string readText(const std::string& path) {
 }
 
 std::string realMeshFolder() {
-    const char* named = std::getenv("TALVEK_REAL_MESHES");
-    const std::string folder = named != nullptr ? named : TALVEK_REAL_MESHES;
-    return fs::is_directory(folder) ? folder : std::string();
+    const char* folder = std::getenv("TALVEK_REAL_MESHES");
+    return folder != nullptr && fs::is_directory(folder) ? folder : std::string();
 }
 
 }  // namespace talvek::test

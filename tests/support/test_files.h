@@ -41,7 +41,8 @@ std::string withoutCarriageReturns(std::string text);
 /// The text file's content with '\n' line ends.
 std::string readText(const std::string& path);
 
-/// The folder of meshes that scanners and modellers have made, empty when it is not there.
+/// The folder of meshes that scanners and modellers have made, which the environment variable TALVEK_REAL_MESHES names;
+/// empty when it is not there.
 std::string realMeshFolder();
 
 }  // namespace talvek::test

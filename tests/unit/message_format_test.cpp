@@ -12,7 +12,7 @@ namespace {
 std::string message(std::string_view format, std::initializer_list<MessageArgument> arguments, std::size_t size = 256) {
     std::string buffer(size, '?');
     formatMessage(buffer, format, arguments);
-    return buffer.c_str();
+    return buffer.substr(0, buffer.find('\0'));
 }
 
 std::string expanded(std::string_view text) {
