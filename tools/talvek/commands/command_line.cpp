@@ -12,6 +12,7 @@
 #include "talvek/commands/command_set.h"
 #include "talvek/commands/convert_command.h"
 #include "talvek/commands/info_command.h"
+#include "talvek/commands/picture_command.h"
 #include "talvek/commands/run_command.h"
 #include "talvek/support/exit_status.h"
 #include "talvek/support/messages.h"
@@ -36,6 +37,7 @@ class Program {
         addCheckCommand(commands_);
         addInfoCommand(commands_);
         addConvertCommand(commands_);
+        addPictureCommand(commands_);
         addHelp();
     }
 
