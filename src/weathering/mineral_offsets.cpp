@@ -30,6 +30,21 @@ const float* pixelUnder(const Object3D& mesh, const MineralMap& map, std::int32_
     return map.pixel(static_cast<std::int64_t>(x), static_cast<std::int64_t>(y));
 }
 
+/// Calls use(vertex, its mineral class).
+template <typename Use>
+void forEachVertex(const Object3D& mesh, const MineralMap& map, Use use) {
+    const HeapArray<std::int32_t> texelOf = texelOfVertices(mesh);
+    float pixel[3] = {};
+    for (std::int32_t vertex = 0; vertex < mesh.numVertices; ++vertex) {
+        const float* found =
+            map.channels == 3 ? pixelUnder(mesh, map, texelOf[static_cast<std::size_t>(vertex)]) : nullptr;
+        if (found != nullptr) {
+            std::copy(found, found + 3, pixel);
+        }
+        use(vertex, mineralClassOf(pixel[0], pixel[1], pixel[2]));
+    }
+}
+
 }  // namespace
 
 HeapArray<std::int32_t> texelOfVertices(const Object3D& mesh) {
@@ -40,18 +55,18 @@ HeapArray<std::int32_t> texelOfVertices(const Object3D& mesh) {
     return texelOf;
 }
 
+std::vector<std::int32_t> mineralsOfVertices(const Object3D& mesh, const MineralMap& map) {
+    std::vector<std::int32_t> minerals;
+    minerals.reserve(static_cast<std::size_t>(mesh.numVertices));
+    forEachVertex(mesh, map, [&minerals](std::int32_t, std::int32_t mineral) { minerals.push_back(mineral); });
+    return minerals;
+}
+
 void applyMineralOffsets(Object3D& mesh, const MineralMap& map, float delta) {
-    if (map.channels != 3) {
-        return;
-    }
-    const HeapArray<std::int32_t> texelOf = texelOfVertices(mesh);
-    float pixel[3] = {};
-    for (std::int32_t vertex = 0; vertex < mesh.numVertices; ++vertex) {
-        if (const float* found = pixelUnder(mesh, map, texelOf[static_cast<std::size_t>(vertex)])) {
-            std::copy(found, found + 3, pixel);
-        }
-        const float factor = mineralFactor(mineralClassOf(pixel[0], pixel[1], pixel[2]));
-        moveVertex(mesh, vertex, delta * factor);
+    if (map.channels == 3) {
+        forEachVertex(mesh, map, [&mesh, delta](std::int32_t vertex, std::int32_t mineral) {
+            moveVertex(mesh, vertex, delta * mineralFactor(mineral));
+        });
     }
 }
 
