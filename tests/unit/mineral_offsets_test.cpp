@@ -158,5 +158,15 @@ TEST(MineralOffsets, NeedTexelsAndTheirIndex) {
     EXPECT_FALSE(hasNamedTexels(*mesh));
 }
 
+/// What moves a vertex is the class that is told of it: the first corner lies on white, class 20, the second on grey,
+/// class 19, the third outside the map, where the pixel before holds.
+TEST(MineralsOfVertices, AreThoseThatMoveThem) {
+    const MineralMap map = makeMap(2, 1, {kWhitePixel, kGreyPixel});
+    const auto mesh = makeTexturedCorners({0.25F, 0.5F, 0.75F, 0.5F, 7, 7});
+    EXPECT_EQ(mineralsOfVertices(*mesh, map), (std::vector<std::int32_t>{20, 19, 19}));
+    const MineralMap numbers = makeMap(1, 1, {{20}});
+    EXPECT_EQ(mineralsOfVertices(*mesh, numbers), (std::vector<std::int32_t>{0, 0, 0}));
+}
+
 }  // namespace
 }  // namespace talvek::test

@@ -54,7 +54,7 @@ std::string signedText(double value) {
 }
 
 std::string titleOf(const RunSeries& series, const SeriesSurface& surface) {
-    const std::string name = nameOf(pathOf(series.files().mesh).filename());
+    const std::string name = nameOf(pathOf(series.source()).filename());
     return surface.epoch == 0 ? name + " before weathering" : name + " after " + timeText(surface.days);
 }
 

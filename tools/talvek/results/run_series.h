@@ -1,6 +1,7 @@
 // The surfaces of one run, and what is known about the run.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -9,7 +10,7 @@
 
 #include "api/session/operating_modes.h"
 #include "mesh/object3d.h"
-#include "talvek/plan/run_files.h"
+#include "talvek/results/run_record.h"
 
 namespace talvek::host {
 
@@ -18,18 +19,22 @@ struct SeriesSurface {
     std::int32_t epoch = 0;
     /// Since the beginning of the run.
     double days = 0;
-    /// Of a homogeneous stone in this epoch, in millimetres; nothing where it differs from vertex to vertex.
+    /// How far a homogeneous stone moves in this epoch, in millimetres; nothing where it differs from vertex to vertex.
     std::optional<double> delta;
     std::string file;
 };
 
 class RunSeries {
   public:
-    /// Finds what a run of the mesh has left beside it. Throws Failure where there is no run.
-    explicit RunSeries(const std::string& mesh);
+    /// Finds the run of a mesh by what it has left beside it, or a run by the name of its record. Throws Failure where
+    /// there is none.
+    explicit RunSeries(const std::string& name);
 
-    const RunFiles& files() const { return files_; }
-    /// By time, the first surface first; epochs without a whole frame are left out.
+    /// The mesh that the user weathered, the one that the library read (as a rule the same) and its mineral map.
+    const std::string& source() const { return source_; }
+    const std::string& mesh() const { return mesh_; }
+    const std::string& mineralMap() const { return mineralMap_; }
+    /// By time, the first surface first; epochs without a frame are left out.
     const std::vector<SeriesSurface>& surfaces() const { return surfaces_; }
     std::int32_t numEpochs() const { return numEpochs_; }
     /// Null where the run does not say.
@@ -37,6 +42,8 @@ class RunSeries {
     const WeatheringModel* model() const { return model_; }
     /// Db, in grams per cubic centimetre.
     std::optional<double> density() const { return density_; }
+    /// Where the origin of the library's mesh lies in the source.
+    const std::array<double, 3>& offset() const { return offset_; }
 
     /// The surface of an epoch. Throws Failure where the run has none.
     const SeriesSurface& at(std::int32_t epoch) const;
@@ -45,20 +52,29 @@ class RunSeries {
     /// grid, so that all surfaces have the same vertices. Throws Failure.
     std::unique_ptr<Object3D> read(const SeriesSurface& surface) const;
 
-    /// How far each vertex of a surface has moved along its first normal, in millimetres. Throws Failure where the
-    /// surface does not have the vertices of the first one.
+    /// Throws Failure unless a surface has the vertices and faces of the first one.
+    void requireSameFaces(const Object3D& first, const Object3D& mesh, const SeriesSurface& surface) const;
+
+    /// How far each vertex of a surface has moved along its first normal, in millimetres. Throws as requireSameFaces
+    /// does.
     std::vector<double> displacements(const Object3D& first, const Object3D& mesh, const SeriesSurface& surface) const;
 
-  private:
-    void readLog(const std::string& text);
-    void dropMissingFrames();
+    /// The mineral class of each vertex; empty but in mode 3, and where the map or the mesh cannot be read any more.
+    std::vector<std::int32_t> minerals() const;
 
-    RunFiles files_;
+  private:
+    void takeLog(const std::string& text);
+    void takeRecord(const RunRecord& record, const std::string& path);
+
+    std::string source_;
+    std::string mesh_;
+    std::string mineralMap_;
     std::vector<SeriesSurface> surfaces_;
     std::int32_t numEpochs_ = 0;
     const OperatingMode* mode_ = nullptr;
     const WeatheringModel* model_ = nullptr;
     std::optional<double> density_;
+    std::array<double, 3> offset_{};
 };
 
 }  // namespace talvek::host
