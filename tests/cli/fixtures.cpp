@@ -166,6 +166,8 @@ void writeFixtures(const TempFolder& folder) {
     const std::string grey(3, '\x80');
     const std::string unknown("\x01\x02\x03");
     writeFile(folder.file("plane.obj"), objText(*makePlane(2)));
+    writeFile(folder.file("fine.obj"), objText(*makePlane(20)));
+    writeFile(folder.file("huge.obj"), "v 0 0 0\nv 2e5 0 0\nv 0 2e5 0\nf 1 2 3\n");
     writeFile(folder.file("textured.obj"), texturedPlane(false));
     writeFile(folder.file("textured.bmp"), bitmap(white, grey));
     writeFile(folder.file("half.bmp"), bitmap(white, grey));

@@ -7,6 +7,7 @@ namespace talvek::test {
 
 /// Small meshes, sound and faulty, mineral maps and parameter files:
 ///   plane.obj         9 vertices, 8 faces, no texture coordinates
+///   fine.obj          the same with 441 vertices, 20 mm wide; huge.obj: a triangle 200 m wide
 ///   textured.obj      the same with texture coordinates, counter-clockwise, and a map textured.bmp of two minerals
 ///   clockwise.obj     the same the other way round in texture space, with a map of one mineral
 ///   mapless.obj       the same as textured.obj without a map beside it

@@ -1,12 +1,14 @@
 #include "talvek/commands/check_command.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cstdio>
 #include <memory>
 #include <string>
 
 #include "talvek/formats/mesh_file.h"
 #include "talvek/inspect/binary_check.h"
+#include "talvek/inspect/mesh_size.h"
 #include "talvek/inspect/mesh_survey.h"
 #include "talvek/inspect/obj_check.h"
 #include "talvek/plan/import_arguments.h"
@@ -56,6 +58,22 @@ void checkTexture(const TextureSurvey& survey, Findings& findings) {
     addIf(findings, survey.clockwise, "face", "clockwise in texture space, which mode 2 passes over");
 }
 
+/// Single-precision numbers this far apart lose some of what a year does to a stone.
+constexpr double kCoarseSpacing = 0.001;
+
+void checkPlace(const Object3D& mesh, Findings& findings) {
+    const double farthest = std::ranges::max(largestCoordinates(mesh));
+    const double spacing = spacingAt(farthest);
+    if (spacing < kCoarseSpacing) {
+        return;
+    }
+    const MeshSize size = sizeOf(mesh);
+    const bool isFar = farthest > size.largest();
+    findings.add("coordinates reach " + briefNumber(farthest) + " mm, where single-precision numbers are " +
+                 briefNumber(spacing) + " mm apart and smaller movements are lost; the mesh itself is " + size.text() +
+                 " large" + (isFar ? ": move it to the origin" : ""));
+}
+
 void checkSurface(const Object3D& mesh, Findings& findings) {
     const MeshSurvey survey = surveyMesh(mesh);
     if (mesh.numFaces == 0 || mesh.numVertices == 0) {
@@ -78,6 +96,7 @@ void checkSurface(const Object3D& mesh, Findings& findings) {
     addIf(findings, survey.vertices.unreferenced, "vertex position", "that no face uses and that stays in place");
     addIf(findings, survey.vertices.duplicate, "vertex position",
           "shared with another vertex; where surfaces only seem joined they come apart as they move");
+    checkPlace(mesh, findings);
     checkTexture(survey.texture, findings);
 }
 

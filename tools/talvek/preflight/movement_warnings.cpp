@@ -4,9 +4,9 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
-#include <limits>
 #include <optional>
 
+#include "talvek/inspect/mesh_size.h"
 #include "talvek/preflight/planned_movement.h"
 #include "talvek/support/messages.h"
 
@@ -15,22 +15,6 @@ namespace talvek::host {
 namespace {
 
 using Axes = std::array<double, 3>;
-
-/// The largest |x|, |y| and |z| of a mesh that are finite.
-Axes largestCoordinates(const Object3D& mesh) {
-    Axes largest{};
-    for (std::size_t i = 0; i < mesh.vertexSpan().size(); ++i) {
-        const double size = std::abs(static_cast<double>(mesh.vertexSpan()[i]));
-        largest[i % 3] = std::isfinite(size) ? std::max(largest[i % 3], size) : largest[i % 3];
-    }
-    return largest;
-}
-
-/// How far apart the single-precision numbers behind a coordinate are.
-double spacingAt(double coordinate) {
-    const auto number = static_cast<float>(coordinate);
-    return static_cast<double>(std::nextafter(number, std::numeric_limits<float>::infinity())) - coordinate;
-}
 
 /// " along x and y"; empty for all three axes.
 std::string lostAxes(const Axes& largest, double delta) {
@@ -70,13 +54,6 @@ std::string stillText(const FoundEpochs& still, std::size_t epochs) {
            epochName(still.first);
 }
 
-std::string sizeOf(const Object3D& mesh) {
-    const BoundingBox box = boundingBox(mesh);
-    return briefNumber(static_cast<double>(box.xmax - box.xmin)) + " x " +
-           briefNumber(static_cast<double>(box.ymax - box.ymin)) + " x " +
-           briefNumber(static_cast<double>(box.zmax - box.zmin)) + " mm";
-}
-
 std::string roundingWarning(const FoundEpochs& lost, const SessionPlan& plan, const Object3D& mesh,
                             const Axes& largest) {
     const double farthest = *std::ranges::max_element(largest);
@@ -85,7 +62,7 @@ std::string roundingWarning(const FoundEpochs& lost, const SessionPlan& plan, co
            lostAxes(largest, lost.firstDelta) + ": " + epochName(lost.first) + " moves the surface by " +
            (isRandom ? "about " : "") + briefNumber(lost.firstDelta) +
            (isRandom ? " mm at most (mean plus spread)" : " mm") + ", and at this mesh's coordinates (up to " +
-           briefNumber(farthest) + " mm, size " + sizeOf(mesh) + ") single-precision numbers are " +
+           briefNumber(farthest) + " mm, size " + sizeOf(mesh).text() + ") single-precision numbers are " +
            briefNumber(spacingAt(farthest)) + " mm apart; use longer epochs, or move the mesh nearer to the origin";
 }
 

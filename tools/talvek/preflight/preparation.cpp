@@ -3,11 +3,13 @@
 #include <memory>
 
 #include "talvek/formats/mesh_file.h"
+#include "talvek/preflight/crust_warning.h"
 #include "talvek/preflight/log_check.h"
 #include "talvek/preflight/movement_check.h"
 #include "talvek/preflight/movement_warnings.h"
 #include "talvek/preflight/option_check.h"
 #include "talvek/preflight/preflight.h"
+#include "talvek/preflight/size_warning.h"
 #include "talvek/preflight/texture_check.h"
 #include "talvek/preflight/value_check.h"
 #include "talvek/support/exit_status.h"
@@ -30,7 +32,7 @@ PreparedRun prepareRun(const RunOptions& options, const SessionPlan& plan) {
     requireFiniteDeltas(plan);
     const std::optional<MapToPlace> map = requireMineralMap(plan, options, run.files);
     requireRoom(plan, *mesh, run.files, run.keepInputFrame, map ? map->bytes.size() : 0);
-    printWarnings({textureWarning(plan.mode, *mesh)});
+    printWarnings({textureWarning(plan.mode, *mesh), crustWarning(plan), sizeWarning(plan, *mesh)});
     printWarnings(movementWarnings(plan, *mesh));
     if (plan.keepsVertices()) {
         run.counts = ExpectedCounts{mesh->numVertices, mesh->numFaces};
