@@ -13,6 +13,7 @@
 #include "talvek/commands/convert_command.h"
 #include "talvek/commands/info_command.h"
 #include "talvek/commands/picture_command.h"
+#include "talvek/commands/results_command.h"
 #include "talvek/commands/run_command.h"
 #include "talvek/support/exit_status.h"
 #include "talvek/support/messages.h"
@@ -38,6 +39,7 @@ class Program {
         addInfoCommand(commands_);
         addConvertCommand(commands_);
         addPictureCommand(commands_);
+        addResultsCommand(commands_);
         addHelp();
     }
 

@@ -42,6 +42,14 @@ bool isLogLine(std::string_view line, std::string_view logged) {
     return line == logged.substr(0, logged.find('\n'));
 }
 
+/// The model that a line of the log names; null where it names none.
+const WeatheringModel* modelLogged(const OperatingMode& mode, std::string_view line) {
+    const auto found = std::ranges::find_if(*mode.models, [line](const WeatheringModel& model) {
+        return !model.line.empty() && isLogLine(line, model.line);
+    });
+    return found != mode.models->end() ? &*found : nullptr;
+}
+
 bool isFile(const std::string& name) {
     std::error_code ignored;
     return fs::is_regular_file(pathOf(name), ignored);
@@ -87,9 +95,7 @@ void RunSeries::takeLog(const std::string& text) {
         for (const OperatingMode& mode : kOperatingModes) {
             mode_ = isLogLine(line, mode.line) ? &mode : mode_;
         }
-        for (const WeatheringModel& model : mode_ != nullptr ? *mode_->models : WeatheringModels{}) {
-            model_ = !model.line.empty() && isLogLine(line, model.line) ? &model : model_;
-        }
+        model_ = mode_ != nullptr && model_ == nullptr ? modelLogged(*mode_, line) : model_;
         density_ = density_ ? density_ : numberAfter(line, "\tDb: ");
         if (line.starts_with(kEpochLineStart)) {
             days += numberAfter(line, "\tdays: ").value_or(0);
