@@ -1,5 +1,29 @@
 """Weathers stone meshes: single runs, ensembles and sweeps over the program ``talvek``."""
 
+from talvek.ensemble import Ensemble, ensemble
 from talvek.errors import Cancelled, MeshError, ParameterError, Refused, RunError, TalvekError
+from talvek.rates import Material
+from talvek.result import Displacement, Result
+from talvek.result import open_result as open
+from talvek.runs import Epoch, Run, run, start
+from talvek.statistics import Statistics
 
-__all__ = ["Cancelled", "MeshError", "ParameterError", "Refused", "RunError", "TalvekError"]
+__all__ = [
+    "Cancelled",
+    "Displacement",
+    "Ensemble",
+    "Epoch",
+    "Material",
+    "MeshError",
+    "ParameterError",
+    "Refused",
+    "Result",
+    "Run",
+    "RunError",
+    "Statistics",
+    "TalvekError",
+    "ensemble",
+    "open",
+    "run",
+    "start",
+]
