@@ -1,6 +1,7 @@
 """Weathers stone meshes: single runs, ensembles and sweeps over the program ``talvek``."""
 
-from talvek.ensemble import Ensemble, ensemble
+from talvek import climate, rates
+from talvek.ensembles import Ensemble, ensemble
 from talvek.errors import Cancelled, MeshError, ParameterError, Refused, RunError, TalvekError
 from talvek.rates import Material
 from talvek.result import Displacement, Result
@@ -19,6 +20,8 @@ __all__ = [
     "Refused",
     "Result",
     "Run",
+    "climate",
+    "rates",
     "RunError",
     "Statistics",
     "TalvekError",
