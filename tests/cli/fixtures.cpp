@@ -2,6 +2,7 @@
 
 #include "cli/config_fixtures.h"
 #include "cli/map_fixtures.h"
+#include "support/mesh_file_writers.h"
 #include "support/meshes.h"
 
 namespace talvek::test {
@@ -101,8 +102,34 @@ void writeBinaryFixtures(const TempFolder& folder) {
     writeFile(folder.file("version.sas"), words({7776, 1, 3, 0, 20}));
     writeFile(folder.file("head.sas"), words({7778, 1}));
     writeFile(folder.file("cut.sas"), words({7778, 2, 6, 0, 20}) + std::string(40, '\0'));
+    const std::string sound = binBytes({0, 0, 0, 90, 0, 0, 90, 90, 0, 0, 90, 0}, {0, 1, 2, 0, 2, 3});
+    writeFile(folder.file("sound.bin"), sound);
+    writeFile(folder.file("cut.bin"), sound.substr(0, sound.size() * 7 / 10));
+    writeFile(folder.file("flipped.sas"), words({7778, 1, 6, 0, 20}) + std::string(144, '\0'));
     writeFile(folder.file("negative.bin"), words({3, kMinusOne}));
     writeFile(folder.file("channels.fim"), words({2, 2, 4}) + std::string(64, '\0'));
+}
+
+constexpr const char* kVrmlSquare =
+    "Shape { geometry IndexedFaceSet { coord Coordinate { point [ 0 0 0, 10 0 0, 10 10 0, 0 10 0 ] }\n"
+    "coordIndex [ 0, 1, 2, 3, -1 ] } }\n";
+constexpr const char* kVrmlTriangle =
+    "Shape { geometry IndexedFaceSet { coord Coordinate { point [ 0 0 0, 10 0 0, 10 20 0, 0 0 9 ] }\n"
+    "coordIndex [ 0, 1, 2, -1 ] } }\n";
+
+void writeVrmlFixtures(const TempFolder& folder) {
+    const std::string head = "#VRML V2.0 utf8\n";
+    const std::string square = kVrmlSquare;
+    writeFile(folder.file("square.wrl"), head + square);
+    writeFile(folder.file("scene.wrl"), head + square + kVrmlTriangle);
+    writeFile(folder.file("box.wrl"), head +
+                                          "Shape { geometry Box { size 1 1 1 } }\nDEF Box Transform { scale 2 2 2 }\n" +
+                                          "Shape { geometry Sphere{ } }\nDEF A " + square + "USE A\n");
+    std::string flood = head + square;
+    for (int i = 0; i < 200; ++i) {
+        flood += "color Color { color [ 1 1 1 ] }\n";
+    }
+    writeFile(folder.file("flood.wrl"), flood);
 }
 
 void writeObjFixtures(const TempFolder& folder) {
@@ -110,6 +137,7 @@ void writeObjFixtures(const TempFolder& folder) {
     writeFile(folder.file("relative.obj"), square + "f -3 -2 -1\n");
     writeFile(folder.file("quads.obj"), square + "f 1 2 3 4\nf 4 3 2 1\n");
     writeFile(folder.file("comment.obj"), "# the v component\n" + square + "f 1 2 3\nf 1 3 4\n");
+    writeFile(folder.file("pentagon.obj"), "v 0 0 0\nv 20 0 0\nv 20 10 0\nv 10 30 0\nv 0 10 0\nf 1 2 3\nf 1 3 4 5\n");
     writeFile(folder.file("short.obj"), "v 0 0 0\nv 1 0 0\nv 1 2\nv 0 1 0\nf 1 2 4\nf 1 3 2\n");
 }
 
@@ -202,6 +230,7 @@ void writeFixtures(const TempFolder& folder) {
     writePlyFixtures(folder);
     writeBinaryFixtures(folder);
     writeObjFixtures(folder);
+    writeVrmlFixtures(folder);
     writeMapFixtures(folder);
     writeFile(folder.file("two.cfg"),
               "mode = 1;\nmodel = 1;\nmtl = 0.14, 0.11, 544.3, 312, 375, 2452, 100.9, 2.714;\nepcs = 2;\n"

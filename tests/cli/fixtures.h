@@ -25,6 +25,10 @@ namespace talvek::test {
 ///   relative.obj, quads.obj, comment.obj, short.obj: each with something that the reader takes otherwise than meant
 ///   old.sas           a triangle in the oldest version, old-copy.sas the same; version.sas, head.sas, cut.sas,
 ///                     negative.bin, channels.fim: faulty in one way each
+///   square.wrl        a square; scene.wrl: the same and a triangle; box.wrl: the same twice, and other shapes;
+///                     flood.wrl: with 200 colours that do not fit it
+///   sound.bin         a square, cut.bin: 70 % of it; flipped.sas: with a count that is too small
+///   pentagon.obj      a triangle and a quadrangle
 ///   two.cfg           mode 1, model 1, two epochs of 100 and 200 days
 void writeFixtures(const TempFolder& folder);
 

@@ -2,30 +2,47 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <string>
+#include <string_view>
+#include <vector>
 
 #include "base/number_text.h"
+#include "talvek/inspect/points.h"
+#include "talvek/inspect/text_lines.h"
 #include "talvek/support/messages.h"
 
 namespace talvek::host {
 
 namespace {
 
-std::vector<std::string_view> wordsOf(std::string_view line) {
-    std::vector<std::string_view> words;
-    for (std::size_t begin = 0; begin < line.size();) {
-        const std::size_t end = std::min(line.find_first_of(" \t\v\f\r", begin), line.size());
-        if (end > begin) {
-            words.push_back(line.substr(begin, end - begin));
+/// The words of a line, one after the other.
+class Words {
+  public:
+    explicit Words(std::string_view line) : rest_(line) {}
+
+    /// Empty behind the last word.
+    std::string_view next() {
+        std::size_t begin = 0;
+        while (begin < rest_.size() && isBlank(rest_[begin])) {
+            ++begin;
         }
-        begin = end + 1;
+        std::size_t end = begin;
+        while (end < rest_.size() && !isBlank(rest_[end])) {
+            ++end;
+        }
+        const std::string_view word = rest_.substr(begin, end - begin);
+        rest_.remove_prefix(end);
+        return word;
     }
-    return words;
-}
+
+  private:
+    std::string_view rest_;
+};
 
 bool isNumber(std::string_view word) {
+    constexpr std::string_view kPlain = "0123456789.-";
     float ignored = 0;
-    return parseFloat(word, ignored) == word.size();
+    return (!word.empty() && word.find_first_not_of(kPlain) == std::string_view::npos && word.back() != '-') ||
+           (!word.empty() && parseFloat(word, ignored) == word.size());
 }
 
 /// Trouble of one kind: where it was first and how often it came.
@@ -33,125 +50,170 @@ struct Trouble {
     std::int64_t count = 0;
     std::string first;
 
-    void note(const std::string& where) { first = count++ == 0 ? where : first; }
+    template <typename Where>
+    void note(Where where) {
+        if (count++ == 0) {
+            first = where();
+        }
+    }
     std::string more() const {
         return count > 1 ? " (and " + countOf(static_cast<std::uint64_t>(count - 1), "more place") + ")" : "";
     }
 };
 
-std::int64_t countVertices(std::string_view text) {
-    std::int64_t count = 0;
-    for (std::size_t begin = 0; begin < text.size();) {
-        const std::size_t end = std::min(text.find('\n', begin), text.size());
-        const std::vector<std::string_view> words = wordsOf(text.substr(begin, end - begin));
-        count += !words.empty() && words[0] == "v" ? 1 : 0;
-        begin = end + 1;
-    }
-    return count;
-}
-
 class ObjCheck {
   public:
-    explicit ObjCheck(std::string_view text) : text_(text), numVertices_(countVertices(text)) {}
+    explicit ObjCheck(const Object3D& mesh) : mesh_(mesh) {}
 
-    void run() {
-        for (std::size_t begin = 0; begin < text_.size();) {
-            const std::size_t end = std::min(text_.find('\n', begin), text_.size());
-            ++line_;
-            checkLine(wordsOf(text_.substr(begin, end - begin)));
-            begin = end + 1;
+    void check(std::string_view line) {
+        ++line_;
+        Words words(line);
+        const std::string_view keyword = words.next();
+        if (keyword == "v" || keyword == "vt") {
+            checkNumbers(words, keyword == "v" ? 3 : 2);
+        } else if (keyword == "f") {
+            checkFace(words);
+        } else if (!keyword.empty()) {
+            checkOther(keyword, line);
         }
     }
 
     void report(Findings& findings) const {
+        if (relativeIndex_.count > 0) {
+            findings.fail("relativeIndices", relativeIndex_.count, relativeText());
+        }
         if (badIndex_.count > 0) {
-            findings.addFatal(badIndex_.first + badIndex_.more());
+            findings.fail("indicesOutOfRange", badIndex_.count, badIndex_.first + badIndex_.more());
         }
-        for (const Trouble* trouble : {&polygon_, &shortFace_, &shortVertex_, &strayRecord_}) {
-            if (trouble->count > 0) {
-                findings.add(trouble->first + trouble->more());
+        if (polygon_.count > 0) {
+            findings.lose("polygons", polygon_.count, polygonText());
+        }
+        const auto lose = [&findings](const char* kind, const Trouble& trouble) {
+            if (trouble.count > 0) {
+                findings.lose(kind, trouble.count, trouble.first + trouble.more());
             }
-        }
+        };
+        lose("shortFaces", shortFace_);
+        lose("shortRecords", shortRecord_);
+        lose("strayRecords", strayRecord_);
     }
 
   private:
     std::string place() const { return "line " + std::to_string(line_) + ": "; }
 
-    void checkLine(const std::vector<std::string_view>& words) {
-        if (words.empty()) {
+    void checkNumbers(Words& words, std::size_t wanted) {
+        for (std::size_t i = 0; i < wanted; ++i) {
+            if (!isNumber(words.next())) {
+                shortRecord_.note([&] {
+                    return place() + "a " + (wanted == 3 ? "vertex" : "texture coordinate") + " without its " +
+                           std::to_string(wanted) + " numbers takes those of the one before";
+                });
+                return;
+            }
+        }
+    }
+
+    void checkFace(Words& words) {
+        ++faces_;
+        corners_.clear();
+        for (std::string_view word = words.next(); !word.empty(); word = words.next()) {
+            corners_.push_back(toInt(word.substr(0, word.find('/'))));
+            checkIndex(corners_.back());
+        }
+        if (corners_.size() < 3) {
+            shortFace_.note([&] {
+                return place() + "face " + std::to_string(faces_) + " has " + countOf(corners_.size(), "corner") +
+                       "; the reader takes the words of the next line for the rest";
+            });
             return;
         }
-        if (words[0] == "v" || words[0] == "vt") {
-            checkNumbers(words, words[0] == "v" ? 3 : 2);
-        } else if (words[0] == "f") {
-            checkFace(words);
-        } else {
-            checkOther(words);
+        for (std::size_t i = 1; i + 1 < corners_.size(); ++i) {
+            const double area = areaOf(corners_[0], corners_[i], corners_[i + 1]);
+            area_ += area;
+            lostArea_ += i > 1 ? area : 0;
+        }
+        if (corners_.size() > 3) {
+            polygon_.note([&] {
+                return place() + "face " + std::to_string(faces_) + " has " + std::to_string(corners_.size()) +
+                       " corners";
+            });
         }
     }
 
-    void checkNumbers(const std::vector<std::string_view>& words, std::size_t wanted) {
-        const std::size_t given = std::min(words.size() - 1, wanted);
-        const bool areNumbers =
-            std::all_of(words.begin() + 1, words.begin() + 1 + static_cast<std::ptrdiff_t>(given), isNumber);
-        if (given < wanted || !areNumbers) {
-            shortVertex_.note(place() + "a " + (wanted == 3 ? "vertex" : "texture coordinate") + " without its " +
-                              std::to_string(wanted) + " numbers takes those of the one before");
-        }
-    }
-
-    void checkFace(const std::vector<std::string_view>& words) {
-        ++face_;
-        const std::size_t corners = words.size() - 1;
-        if (corners > 3) {
-            polygon_.note(place() + "face " + std::to_string(face_) + " has " + std::to_string(corners) +
-                          " corners, of which the reader keeps the first three; triangulate the mesh");
-        } else if (corners < 3) {
-            shortFace_.note(place() + "face " + std::to_string(face_) + " has " + countOf(corners, "corner") +
-                            "; the reader takes the words of the next line for the rest");
-        }
-        for (std::size_t i = 1; i <= std::min<std::size_t>(corners, 3); ++i) {
-            checkIndex(words[i]);
-        }
-    }
-
-    void checkIndex(std::string_view corner) {
-        const std::int64_t index = toInt(corner.substr(0, corner.find('/')));
-        const std::string name = place() + "face " + std::to_string(face_) + " names vertex " + std::to_string(index);
+    void checkIndex(std::int32_t index) {
+        const auto named = [&] {
+            return place() + "face " + std::to_string(faces_) + " names vertex " + std::to_string(index);
+        };
         if (index < 0) {
-            badIndex_.note(name + "; indices that count from the end are not read; export with absolute ones");
-        } else if (index == 0 || index > numVertices_) {
-            badIndex_.note(name + ", and the file has vertices 1 to " + std::to_string(numVertices_));
+            relativeIndex_.note(named);
+        } else if (index == 0 || index > mesh_.numVertices) {
+            badIndex_.note(
+                [&] { return named() + ", and the file has vertices 1 to " + std::to_string(mesh_.numVertices); });
         }
+    }
+
+    /// 0 where a corner is not there or not finite.
+    double areaOf(std::int32_t a, std::int32_t b, std::int32_t c) const {
+        if (std::min({a, b, c}) < 1 || std::max({a, b, c}) > mesh_.numVertices) {
+            return 0;
+        }
+        const Point origin = pointOf(mesh_, a - 1);
+        const double area = length(cross(pointOf(mesh_, b - 1) - origin, pointOf(mesh_, c - 1) - origin)) / 2;
+        return std::isfinite(area) ? area : 0;
     }
 
     /// The reader does not know lines: a lone "v" or "f" begins a record wherever it stands.
-    void checkOther(const std::vector<std::string_view>& words) {
-        const auto stray = std::find_if(words.begin() + 1, words.end(), [](std::string_view word) {
-            return word == "v" || word == "vt" || word == "f";
-        });
-        if (stray != words.end()) {
-            strayRecord_.note(place() + "the word \"" + std::string(*stray) + "\" after " + std::string(words[0]) +
-                              " is taken for the beginning of a record; take it out");
+    void checkOther(std::string_view keyword, std::string_view line) {
+        if (line.find_first_of("vf", static_cast<std::size_t>(keyword.data() - line.data()) + keyword.size()) ==
+            std::string_view::npos) {
+            return;
+        }
+        Words words(line);
+        words.next();
+        for (std::string_view word = words.next(); !word.empty(); word = words.next()) {
+            if (word == "v" || word == "vt" || word == "f") {
+                strayRecord_.note([&] {
+                    return place() + "the word \"" + std::string(word) + "\" after " + std::string(keyword) +
+                           " is taken for the beginning of a record; take it out";
+                });
+                return;
+            }
         }
     }
 
-    std::string_view text_;
-    std::int64_t numVertices_;
+    std::string relativeText() const {
+        return relativeIndex_.first + relativeIndex_.more() +
+               "; indices that count from the end are not read; export with absolute ones";
+    }
+
+    std::string polygonText() const {
+        return polygon_.first + ", of which the reader keeps the first three; so it is with " +
+               partText(polygon_.count, faces_, "faces") + ", and " + shareText(lostArea_, area_) +
+               " of the surface is left out; triangulate the mesh";
+    }
+
+    const Object3D& mesh_;
     std::int64_t line_ = 0;
-    std::int64_t face_ = 0;
+    std::int64_t faces_ = 0;
+    double area_ = 0;
+    double lostArea_ = 0;
+    std::vector<std::int32_t> corners_;
+    Trouble relativeIndex_;
     Trouble badIndex_;
     Trouble polygon_;
     Trouble shortFace_;
-    Trouble shortVertex_;
+    Trouble shortRecord_;
     Trouble strayRecord_;
 };
 
 }  // namespace
 
-void checkObjText(std::string_view text, Findings& findings) {
-    ObjCheck check(text);
-    check.run();
+void checkObjFile(const std::string& path, const Object3D& mesh, Findings& findings) {
+    ObjCheck check(mesh);
+    TextLines lines(path);
+    for (std::string_view line; lines.next(line);) {
+        check.check(line);
+    }
     check.report(findings);
 }
 

@@ -1,13 +1,15 @@
-// Looks through an OBJ file line by line, as people see it, for what the library's reader makes something else of.
+// Looks through the text of an OBJ file for what its reader takes otherwise than meant.
 #pragma once
 
-#include <string_view>
+#include <string>
 
+#include "mesh/object3d.h"
 #include "talvek/inspect/findings.h"
 
 namespace talvek::host {
 
-/// Adds the first place of every kind of trouble, with its line and face number.
-void checkObjText(std::string_view text, Findings& findings);
+/// Finds faces with more or less than three corners, indices that name no vertex, records without their numbers, and
+/// words that are taken for the beginning of a record. `mesh` is what the reader made of the file.
+void checkObjFile(const std::string& path, const Object3D& mesh, Findings& findings);
 
 }  // namespace talvek::host

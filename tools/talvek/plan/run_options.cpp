@@ -181,6 +181,8 @@ void addFiles(CLI::App& command, RunOptions& options) {
     command.add_flag("--save-config", options.saveConfig,
                      "Write the parameters beside the mesh, as MESH's name with .cfg");
     command.add_flag("--keep-input-frames", options.keepInputFrame, "Also write the input surface as frame 0");
+    command.add_flag("--accept-loss", options.acceptsLoss,
+                     "Weather what is left of a mesh whose file is not read whole or not as meant");
     CLI::Option* map = command
                            .add_option("--mineral-map", options.mineralMap,
                                        "Modes 2 and 3: bitmap or PNG to put beside the mesh as its mineral map")

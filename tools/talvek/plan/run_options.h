@@ -45,6 +45,8 @@ struct RunOptions : PlanOptions {
     std::string mesh;
     bool saveConfig = false;
     bool keepInputFrame = false;
+    /// Whether a mesh of which the reader leaves something out is weathered all the same.
+    bool acceptsLoss = false;
     std::string mineralMap;
     bool replaceMap = false;
     std::string log;

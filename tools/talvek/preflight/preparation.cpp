@@ -5,6 +5,7 @@
 #include "talvek/formats/mesh_file.h"
 #include "talvek/preflight/crust_warning.h"
 #include "talvek/preflight/log_check.h"
+#include "talvek/preflight/mesh_intake.h"
 #include "talvek/preflight/movement_check.h"
 #include "talvek/preflight/movement_warnings.h"
 #include "talvek/preflight/option_check.h"
@@ -27,7 +28,7 @@ PreparedRun prepareRun(const RunOptions& options, const SessionPlan& plan) {
         throw Failure(kExitMesh,
                       options.mesh + ": the simulation does not read PLY files; talvek convert makes an OBJ of it");
     }
-    const std::unique_ptr<Object3D> mesh = readMesh(options.mesh);
+    const std::unique_ptr<Object3D> mesh = takeMesh(options.mesh, options.acceptsLoss);
     requireSuitableMesh(plan, *mesh, run.files);
     requireFiniteDeltas(plan);
     const std::optional<MapToPlace> map = requireMineralMap(plan, options, run.files);
