@@ -11,6 +11,7 @@
 #include "talvek/commands/check_command.h"
 #include "talvek/commands/command_set.h"
 #include "talvek/commands/convert_command.h"
+#include "talvek/commands/export_command.h"
 #include "talvek/commands/info_command.h"
 #include "talvek/commands/picture_command.h"
 #include "talvek/commands/results_command.h"
@@ -40,6 +41,7 @@ class Program {
         addConvertCommand(commands_);
         addPictureCommand(commands_);
         addResultsCommand(commands_);
+        addExportCommand(commands_);
         addHelp();
     }
 

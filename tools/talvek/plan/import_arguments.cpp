@@ -14,11 +14,11 @@ namespace {
 const std::map<std::string, double> kUnits = {{"mm", 1}, {"cm", 10}, {"in", 25.4}, {"m", 1000}};
 
 double parseUnit(const std::string& text) {
-    const auto found = kUnits.find(text);
-    if (found == kUnits.end()) {
+    const std::optional<double> unit = millimetresOfUnit(text);
+    if (!unit) {
         throw CLI::ValidationError("--unit", "no unit " + text + "; mm, cm, m or in");
     }
-    return found->second;
+    return *unit;
 }
 
 double parseWeld(const std::string& text) {
@@ -37,6 +37,11 @@ std::string wholeNumber(double value) {
 }
 
 }  // namespace
+
+std::optional<double> millimetresOfUnit(const std::string& name) {
+    const auto found = kUnits.find(name);
+    return found != kUnits.end() ? std::optional(found->second) : std::nullopt;
+}
 
 void addImportArguments(CLI::App& command, ImportOptions& options) {
     command

@@ -8,6 +8,7 @@
 #include "base/number_text.h"
 #include "mesh/texture.h"
 #include "talvek/formats/mesh_file.h"
+#include "talvek/plan/import_arguments.h"
 #include "talvek/plan/run_files.h"
 #include "talvek/results/displacement.h"
 #include "talvek/support/exit_status.h"
@@ -119,6 +120,7 @@ void RunSeries::takeRecord(const RunRecord& record, const std::string& path) {
     model_ = mode_ != nullptr ? weatheringModel(*mode_, record.model) : nullptr;
     density_ = mode_ != nullptr && !mode_->isOffsetting ? std::optional(record.material[kDensity]) : std::nullopt;
     offset_ = record.offset;
+    unit_ = millimetresOfUnit(record.unit).value_or(1);
     surfaces_.push_back({0, 0, std::nullopt, nameOfFile(record.firstSurface)});
     for (const RecordedEpoch& epoch : record.epochs) {
         const SeriesSurface& before = surfaces_.back();

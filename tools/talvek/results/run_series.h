@@ -42,8 +42,9 @@ class RunSeries {
     const WeatheringModel* model() const { return model_; }
     /// Db, in grams per cubic centimetre.
     std::optional<double> density() const { return density_; }
-    /// Where the origin of the library's mesh lies in the source.
+    /// Where the origin of the library's mesh lies in the source, and how many millimetres its unit has.
     const std::array<double, 3>& offset() const { return offset_; }
+    double unit() const { return unit_; }
 
     /// The surface of an epoch. Throws Failure where the run has none.
     const SeriesSurface& at(std::int32_t epoch) const;
@@ -75,6 +76,7 @@ class RunSeries {
     const WeatheringModel* model_ = nullptr;
     std::optional<double> density_;
     std::array<double, 3> offset_{};
+    double unit_ = 1;
 };
 
 }  // namespace talvek::host
