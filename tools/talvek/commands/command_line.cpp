@@ -16,6 +16,7 @@
 #include "talvek/commands/picture_command.h"
 #include "talvek/commands/results_command.h"
 #include "talvek/commands/run_command.h"
+#include "talvek/commands/view_command.h"
 #include "talvek/support/exit_status.h"
 #include "talvek/support/messages.h"
 #include "talvek/watch/child_process.h"
@@ -42,6 +43,7 @@ class Program {
         addPictureCommand(commands_);
         addResultsCommand(commands_);
         addExportCommand(commands_);
+        addViewCommand(commands_);
         addHelp();
     }
 

@@ -39,6 +39,13 @@ std::optional<double> numberAfter(std::string_view line, std::string_view name) 
     return at == std::string_view::npos ? std::nullopt : std::optional(toDouble(line.substr(at + name.size())));
 }
 
+/// The log has the gases in 1e-13 mol/cm³, with two decimals.
+std::array<double, TALVEK_EPOCH_PARAMS> loggedEnvironment(std::string_view line) {
+    constexpr double kGasUnit = 1e-13;
+    return {kGasUnit * numberAfter(line, "SO2: ").value_or(0), kGasUnit * numberAfter(line, "NO2: ").value_or(0),
+            numberAfter(line, "Rv: ").value_or(0), numberAfter(line, "RpH: ").value_or(0)};
+}
+
 bool isLogLine(std::string_view line, std::string_view logged) {
     return line == logged.substr(0, logged.find('\n'));
 }
@@ -73,7 +80,7 @@ RunSeries::RunSeries(const std::string& name) : source_(name), mesh_(name) {
         takeRecord(readRunRecord(files.record), files.record);
     } else if (isFile(files.log) && isFile(files.firstSurface)) {
         mineralMap_ = files.mineralMap;
-        surfaces_.push_back({0, 0, std::nullopt, files.firstSurface});
+        surfaces_.push_back({0, 0, std::nullopt, files.firstSurface, std::nullopt, ""});
         takeLog(readWholeFile(files.log, kExitMesh));
     } else {
         throw Failure(kExitMesh,
@@ -101,7 +108,9 @@ void RunSeries::takeLog(const std::string& text) {
         if (line.starts_with(kEpochLineStart)) {
             days += numberAfter(line, "\tdays: ").value_or(0);
             const std::int32_t number = toInt(line.substr(kEpochLineStart.size()));
-            surfaces_.push_back({number, days, std::nullopt, files.frame(number)});
+            surfaces_.push_back({number, days, std::nullopt, files.frame(number), std::nullopt, ""});
+        } else if (line.starts_with("SO2: ")) {
+            surfaces_.back().values = loggedEnvironment(line);
         } else if (line.starts_with("delta = ")) {
             surfaces_.back().delta = numberAfter(line, "delta = ");
         }
@@ -121,10 +130,11 @@ void RunSeries::takeRecord(const RunRecord& record, const std::string& path) {
     density_ = mode_ != nullptr && !mode_->isOffsetting ? std::optional(record.material[kDensity]) : std::nullopt;
     offset_ = record.offset;
     unit_ = millimetresOfUnit(record.unit).value_or(1);
-    surfaces_.push_back({0, 0, std::nullopt, nameOfFile(record.firstSurface)});
+    surfaces_.push_back({0, 0, std::nullopt, nameOfFile(record.firstSurface), std::nullopt, ""});
     for (const RecordedEpoch& epoch : record.epochs) {
         const SeriesSurface& before = surfaces_.back();
-        surfaces_.push_back({before.epoch + 1, before.days + epoch.days, epoch.delta, nameOfFile(epoch.frame)});
+        surfaces_.push_back({before.epoch + 1, before.days + epoch.days, epoch.delta, nameOfFile(epoch.frame),
+                             epoch.values, epoch.end});
     }
     // The last surface is kept even where no frame is.
     if (surfaces_.size() > 1 && !isFile(surfaces_.back().file) && record.outcome == RunOutcome::kWhole) {

@@ -22,6 +22,10 @@ struct SeriesSurface {
     /// How far a homogeneous stone moves in this epoch, in millimetres; nothing where it differs from vertex to vertex.
     std::optional<double> delta;
     std::string file;
+    /// SO2, NO2, Rv, RpH, or in mode 0 the prescribed offsets; nothing where the run does not say.
+    std::optional<std::array<double, TALVEK_EPOCH_PARAMS>> values;
+    /// The epoch's last day, "2001-12-31", where the run was told.
+    std::string end;
 };
 
 class RunSeries {
