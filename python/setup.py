@@ -5,7 +5,7 @@ import re
 import shutil
 from pathlib import Path
 
-from setuptools import setup
+from setuptools import Distribution, setup
 from setuptools.command.build_py import build_py
 from wheel.bdist_wheel import bdist_wheel
 
@@ -43,15 +43,22 @@ class BuildWithProgram(build_py):
                 shutil.copy2(file, target)
 
 
+class PlatformDistribution(Distribution):
+    """Not for every platform once the program is inside."""
+
+    def has_ext_modules(self):
+        return PREFIX is not None
+
+
 class PlatformWheel(bdist_wheel):
     """A wheel for any Python 3 and, with the program inside, for one platform."""
 
-    def finalize_options(self):
-        super().finalize_options()
-        self.root_is_pure = PREFIX is None
-
     def get_tag(self):
-        return ("py3", "none", "any") if PREFIX is None else ("py3", "none", platform())
+        return ("py3", "none", "any" if PREFIX is None else platform())
 
 
-setup(version=version(), cmdclass={"build_py": BuildWithProgram, "bdist_wheel": PlatformWheel})
+setup(
+    version=version(),
+    distclass=PlatformDistribution,
+    cmdclass={"build_py": BuildWithProgram, "bdist_wheel": PlatformWheel},
+)

@@ -144,6 +144,8 @@ def make_plan(content: Mapping[str, Any], folder: Path) -> Plan:
         vary=vary,
     )
     _check_quantities(plan.names)
+    if plan.epoch_table is None and "rain_mm" in plan.names:
+        raise ParameterError("[vary.rain_mm]: how much fell in an epoch needs an epoch_table; rain_mm_year does not")
     if plan.samples < 1 or (plan.samples > 1 and not any(one.quantile for one in vary)):
         raise ParameterError("[sweep]: samples needs a quantity that is lognormal or uniform, and at least 1 of them")
     return plan

@@ -27,8 +27,16 @@ RESULT_COLUMNS = (
     + ["area_mm2", "volume_mm3", "last_surface_sha256", "message"]
 )
 
-# Which frames the program keeps.
-_FRAMES = {"none": "none", "last": "last", "all": "all"}
+# How an option states the unit of a column.
+_UNITS = {
+    "so2_ug_m3": "ug/m3",
+    "so2_ppb": "ppb",
+    "so2_ugS_m3": "ugS/m3",
+    "no2_ug_m3": "ug/m3",
+    "no2_ppb": "ppb",
+    "no2_ugN_m3": "ugN/m3",
+    "rain_mm_year": "mm",
+}
 
 
 def _delimiter(line: str) -> str:
@@ -51,26 +59,26 @@ def varied_table(text: str, values: dict[str, float]) -> str:
     return result.getvalue()
 
 
-def _base_table(plan: Plan) -> str:
-    """The table of the plan, or as many equal epochs as it asks for."""
-    if plan.epoch_table is not None:
-        return plan.epoch_table.read_text(encoding="utf-8")
-    return "days\n" + f"{plan.days}\n" * plan.epochs
+def _option(column: str, value: float) -> str:
+    """The option that gives every epoch the value of a column."""
+    option = {"rain": "rv", "ph": "rph"}.get(column.partition("_")[0], column.partition("_")[0])
+    return f"--{option}={value!r}{_UNITS.get(column, '')}"
 
 
 def arguments_of(plan: Plan, run: PlannedRun, out: Path, table: Path) -> list[str]:
     """The program's arguments for a run. Writes the table of epochs where the run has one of its own."""
     values = dict(zip(plan.names, run.values, strict=True))
     arguments = ["run", run.mesh, "--out", str(out), "--mode", str(plan.mode), "--model", str(plan.model)]
-    arguments += ["--frames", _FRAMES[plan.keep], "--quiet"]
+    arguments += ["--frames", plan.keep, "--quiet"]
     if plan.unit is not None:
         arguments += ["--unit", plan.unit]
     of_epochs = {name: value for name, value in values.items() if name in COLUMNS}
-    if plan.mode != 0 and (of_epochs or plan.epoch_table is not None):
-        table.write_text(varied_table(_base_table(plan), of_epochs), encoding="utf-8")
+    if plan.epoch_table is not None:
+        table.write_text(varied_table(plan.epoch_table.read_text(encoding="utf-8"), of_epochs), encoding="utf-8")
         arguments += ["--epoch-table", str(table)]
     else:
         arguments += ["--epochs", str(plan.epochs), "--days", str(plan.days)]
+        arguments += [_option(name, value) for name, value in of_epochs.items()]
     for name, value in values.items():
         if name in MATERIAL or plan.mode == 0:
             arguments += [f"--{name}={value!r}"]
