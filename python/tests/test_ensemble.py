@@ -11,7 +11,7 @@ import talvek
 from talvek import plot
 from talvek.sweep.plan import make_plan, sample_table
 
-need_option("rates", "--epoch-table")
+need_option("run", "--out")
 
 PLAN = {
     "sweep": {"mode": 3, "model": 3, "epochs": 5, "days": 3650, "samples": 200, "seed": 3},

@@ -9,7 +9,6 @@ import pytest
 from programs import need_option
 
 need_option("run", "--out")
-need_option("rates", "--epoch-table")
 matplotlib = pytest.importorskip("matplotlib", reason="python3-matplotlib is not installed")
 
 NOTEBOOKS = Path(__file__).resolve().parent.parent / "notebooks"

@@ -1,17 +1,14 @@
-"""Rates against the program's own, in every bit."""
-
-import csv
-import io
-import subprocess
+"""Rates against the library's own, in every bit."""
 
 import numpy as np
 import pytest
-from programs import PROGRAM, need_option
+from programs import need_option
 
+import talvek
 from talvek import rates
 from talvek.ensembles import distances
 
-need_option("rates", "--epoch-table")
+need_option("run", "--out")
 
 SAMPLES = 500
 
@@ -28,31 +25,26 @@ def random_epochs(seed):
     }
 
 
-def program_rates(tmp_path, columns, *options):
-    lines = [",".join(columns), *(",".join(map(repr, row)) for row in zip(*(c.tolist() for c in columns.values())))]
-    table = tmp_path / "epochs.csv"
-    table.write_text("\n".join(lines) + "\n")
-    command = [PROGRAM, "rates", "--epoch-table", str(table), *options]
-    shown = subprocess.run(command, capture_output=True, text=True, check=True).stdout
-    return list(csv.DictReader(io.StringIO(shown)))
+def run_of(tmp_path, epochs, model, material=None):
+    """A run of a triangle, of which only the record matters."""
+    triangle = (np.array([[0, 0, 0], [100, 0, 0], [0, 100, 0]]), np.array([[0, 1, 2]]))
+    return talvek.run(triangle, tmp_path, model=model, epochs=epochs, material=material, frames="none")
 
 
 @pytest.mark.parametrize("model", [1, 2, 3])
 @pytest.mark.parametrize("material", [{}, {"kr": 1234.5, "de": 0.3, "den": 0.07, "db": 2.2, "ksn": 500, "hd": 60}])
-def test_rates_are_the_programs_to_the_last_bit(tmp_path, model, material):
-    columns = random_epochs(model)
-    options = [f"--{name}={value}" for name, value in material.items()]
-    shown = program_rates(tmp_path, columns, "--model", str(model), *options)
+def test_rates_are_the_librarys_to_the_last_bit(tmp_path, model, material):
+    columns = random_epochs(10 * model + len(material))
+    result = run_of(tmp_path, columns, model, material)
     environment = {name: values for name, values in columns.items() if name != "days"}
     deltas = rates.delta(model, columns["days"], material=rates.Material(**material), **environment)
-    assert [float(row["delta_mm"]) for row in shown] == deltas.tolist()
-    assert [float(row["total_mm"]) for row in shown] == np.cumsum(deltas).tolist()
-    assert distances(model, columns["days"], {**environment, **material})[0] == float(shown[-1]["total_mm"])
+    assert len(deltas) == SAMPLES
+    assert result.delta.tolist() == deltas.tolist()
+    assert distances(model, columns["days"], {**environment, **material}) == np.cumsum(result.delta)[-1]
 
 
 def test_defaults_are_the_programs(tmp_path):
-    [row] = program_rates(tmp_path, {"days": np.array([365])})
-    assert float(row["delta_mm"]) == float(rates.delta(3, 365))
+    assert run_of(tmp_path, None, 3).delta[0] == rates.delta(3, 365)
 
 
 def test_values_of_samples_and_epochs_broadcast():

@@ -83,7 +83,7 @@ def test_tables_of_epochs(mesh, tmp_path):
     series = climate.Series("so2_ppb", times[:-1], times[1:], np.array([10.0, 5.0]), 0, "made")
     second = talvek.run(mesh, tmp_path / "climate", epochs=climate.epoch_table([series]))
     assert second.delta.tolist() == first.delta.tolist()
-    (tmp_path / "own.csv").write_text((tmp_path / "columns" / "epochs.csv").read_text())
+    (tmp_path / "own.csv").write_text("start;end;so2_ppb\n2001-01-01;2001-12-31;10,0\n2002-01-01;2002-12-31;5\n")
     third = talvek.run(mesh, tmp_path / "file", epochs=tmp_path / "own.csv")
     assert third.delta.tolist() == first.delta.tolist()
 

@@ -8,12 +8,13 @@ import numpy as np
 import pytest
 from sweeps import RUNS, finished, undisturbed, write_plan
 
+from talvek import rates
 from talvek.errors import ParameterError, RunError
 from talvek.sweep import Sweep
 from talvek.sweep.__main__ import main
 from talvek.sweep.plan import parse_plan, plan_runs
 from talvek.sweep.store import ResultFile
-from talvek.sweep.work import RESULT_COLUMNS, varied_table
+from talvek.sweep.work import RESULT_COLUMNS
 
 
 def table_of(content):
@@ -144,16 +145,18 @@ def test_random_offsets_are_refused_with_the_reason(tmp_path):
         parse_plan(text, tmp_path)
 
 
-@pytest.mark.parametrize(
-    ("text", "values", "expected"),
-    [
-        ("days,so2_ug_m3,note\n365,10,a\n", {"so2_ppb": 4.5}, "days,note,so2_ppb\n365,a,4.5\n"),
-        ("\ufeff# x\ndays\tph\n1\t4.5\n2\t4.6\n", {"rv": 1.0}, "days\tph\trv\n1\t4.5\t1.0\n2\t4.6\t1.0\n"),
-        ("days;rv;ph\n1;0,5;4,5\n", {"rph": 5.25}, "days;rv;rph\n1;0,5;5,25\n"),
-    ],
-)
-def test_varied_columns_replace_those_of_the_same_quantity(text, values, expected):
-    assert varied_table(text, values) == expected
+def test_a_table_of_epochs_with_a_column_that_varies(tmp_path):
+    plan = write_plan(tmp_path, samples=1)
+    (tmp_path / "climate.csv").write_text(
+        "start,end,so2_ppb,rph\n2001-01-01,2001-12-31,10,4\n2002-01-01,2003-12-31,5,5\n"
+    )
+    text = plan.read_text().replace("epochs = 2\ndays = 365", 'epoch_table = "climate.csv"')
+    plan.write_text(text.replace("[vary.rv]\nvalues = [0.5, 1.0]", "[vary.rain_mm_year]\nvalues = [500, 1000]"))
+    rows = table_of(undisturbed(plan, tmp_path / "sweep"))
+    for row, rain in zip(rows, (0.5, 1.0), strict=True):
+        material = rates.Material(kr=float(row["kr"]))
+        deltas = rates.delta(3, [365, 730], so2=float(row["so2"]), rv=rain, rph=[4, 5], material=material)
+        assert (float(row["days"]), float(row["delta_mm"])) == (1095.0, float(np.cumsum(deltas)[-1]))
 
 
 def test_the_command_line(tmp_path, capsys):

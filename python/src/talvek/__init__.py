@@ -2,11 +2,12 @@
 
 from talvek import climate, rates
 from talvek.ensembles import Ensemble, ensemble
+from talvek.epochs import Epoch
 from talvek.errors import Cancelled, MeshError, ParameterError, Refused, RunError, TalvekError
 from talvek.rates import Material
 from talvek.result import Displacement, Result
 from talvek.result import open_result as open
-from talvek.runs import Epoch, Run, run, start
+from talvek.runs import Run, run, start
 from talvek.statistics import Statistics
 
 __all__ = [

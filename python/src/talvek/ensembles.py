@@ -7,9 +7,7 @@ mesh is weathered once, to learn the shares, and the samples are arithmetic. Whe
 
 from __future__ import annotations
 
-import csv
 import dataclasses
-import io
 import os
 import tempfile
 from collections.abc import Mapping, Sequence
@@ -20,11 +18,11 @@ import numpy as np
 from numpy.typing import ArrayLike, NDArray
 
 from talvek import rates
+from talvek.epochs import COLUMNS, Epoch, read_table, to_model
 from talvek.errors import MeshError, ParameterError, Refused
 from talvek.frames import read_normals, read_vertices
 from talvek.ply import write_ply
-from talvek.program import call
-from talvek.runs import Epoch, Mesh, run
+from talvek.runs import Mesh, run
 from talvek.sweep.plan import Plan, make_plan, parse_plan, sample_table
 
 Doubles = NDArray[np.float64]
@@ -182,8 +180,7 @@ def ensemble(mesh: Mesh, plan: str | os.PathLike[str] | Mapping[str, Any]) -> En
     mesh : path, or pair of arrays
         As `talvek.run` takes it.
     plan : path or mapping
-        A plan as sweeps have it, a file in TOML or its content; its own meshes are not looked at. Values vary in the
-        model's units: so2, no2, rv, rph, and the material's.
+        A plan as sweeps have it, a file in TOML or its content; its own meshes are not looked at.
 
     Returns
     -------
@@ -201,9 +198,13 @@ def ensemble(mesh: Mesh, plan: str | os.PathLike[str] | Mapping[str, Any]) -> En
             f"in mode {content.mode} a vertex does not recede by a share of its own; run a sweep, and gather its runs "
             "with talvek.statistics"
         )
-    days, table = _epochs_of(content)
+    table = read_table(content.epoch_table) if content.epoch_table else None
+    days = table.days if table else np.full(content.epochs, float(content.days))
     samples = {name: values[:, np.newaxis] for name, values in sample_table(content).items()}
-    spread = distances(content.model, days, {**table, **samples})
+    values = to_model({name: column for name, column in samples.items() if name in COLUMNS}, days)
+    values.update({name: column for name, column in samples.items() if name not in COLUMNS})
+    known = to_model(table.columns, days) if table else {}
+    spread = distances(content.model, days, {**known, **values})
     shares, vertices, faces = learn_shares(mesh, mode=content.mode, unit=content.unit)
     return Ensemble(spread, shares, vertices, faces)
 
@@ -213,12 +214,3 @@ def _read_plan(plan: str | os.PathLike[str] | Mapping[str, Any]) -> Plan:
         return make_plan(plan, Path.cwd())
     path = Path(plan).resolve()
     return parse_plan(path.read_text(encoding="utf-8"), path.parent)
-
-
-def _epochs_of(plan: Plan) -> tuple[Doubles, dict[str, Doubles]]:
-    """The lengths of a plan's epochs, and what its table says of them, in the model's units."""
-    if plan.epoch_table is None:
-        return np.full(plan.epochs, float(plan.days)), {}
-    rows = list(csv.DictReader(io.StringIO(call(["rates", "--epoch-table", str(plan.epoch_table)]))))
-    columns = {name: np.array([float(row[name]) for row in rows]) for name in ("days", *_ENVIRONMENT)}
-    return columns.pop("days"), columns

@@ -18,6 +18,9 @@ Doubles = NDArray[np.float64]
 
 _RECORD = "run.json"
 
+# A line for the last day of every epoch.
+DATES = "dates.txt"
+
 
 class Displacement(NamedTuple):
     """How far vertices have moved, each an array of float64 of shape (V,), in mm."""
@@ -85,6 +88,8 @@ class Result:
     def dates(self) -> NDArray[np.datetime64] | None:
         """The last day of every epoch, shape (E,), where the table of epochs had dates."""
         ends = [epoch.get("end") for epoch in self._record["epochs"]]
+        if None in ends and (self.folder / DATES).exists():
+            ends = (self.folder / DATES).read_text(encoding="ascii").split()
         return None if None in ends else np.array(ends, dtype="datetime64[D]")
 
     @property

@@ -3,7 +3,6 @@
 from __future__ import annotations
 
 import contextlib
-import csv
 import dataclasses
 import json
 import os
@@ -18,13 +17,13 @@ from types import TracebackType
 from typing import Any
 
 import numpy as np
-from numpy.typing import ArrayLike
+from numpy.typing import ArrayLike, NDArray
 
-from talvek.climate import ClimateTable
+from talvek.epochs import Epochs, as_arguments
 from talvek.errors import ParameterError
 from talvek.program import error_of, find_program
 from talvek.rates import Material
-from talvek.result import Result
+from talvek.result import DATES, Result
 
 Mesh = str | os.PathLike[str] | tuple[ArrayLike, ArrayLike]
 Progress = Callable[[int, int], None]
@@ -36,38 +35,6 @@ if sys.platform == "win32":
     _NEW_GROUP, _CANCEL = subprocess.CREATE_NEW_PROCESS_GROUP, signal.CTRL_BREAK_EVENT
 else:
     _NEW_GROUP, _CANCEL = 0, signal.SIGINT
-
-
-@dataclasses.dataclass(frozen=True)
-class Epoch:
-    """A stretch of time with its air and rain. What is left out takes the program's default.
-
-    Attributes
-    ----------
-    days
-        Its length, in whole days.
-    so2, no2
-        Concentrations: numbers in mol/cm3, or texts with a unit, such as ``"26ug/m3"`` or ``"10ppb"``.
-    rv
-        Rain: metres a year, or a text such as ``"780mm"``.
-    rph
-        The rain's acidity, a pH.
-    offset, mean, sigma, smooth
-        Mode 0 instead: constant offset, mean and spread of the random offset, in mm a day; smoothing, in mm2 a day.
-    """
-
-    days: int = 365
-    so2: float | str | None = None
-    no2: float | str | None = None
-    rv: float | str | None = None
-    rph: float | None = None
-    offset: float | None = None
-    mean: float | None = None
-    sigma: float | None = None
-    smooth: float | None = None
-
-
-Epochs = Sequence[Epoch] | str | os.PathLike[str] | ClimateTable | Mapping[str, ArrayLike]
 
 
 def _write_mesh(path: Path, vertices: ArrayLike, faces: ArrayLike) -> None:
@@ -83,39 +50,11 @@ def _write_mesh(path: Path, vertices: ArrayLike, faces: ArrayLike) -> None:
         file.writelines("f %d %d %d\n" % (a, b, c) for a, b, c in (corners + 1).tolist())
 
 
-def _epoch_options(epochs: Sequence[Epoch]) -> list[str]:
-    """The options for epochs that are given one by one."""
-    arguments = ["--epochs", str(len(epochs)), "--days", ",".join(str(epoch.days) for epoch in epochs)]
-    for field in dataclasses.fields(Epoch)[1:]:
-        values = [getattr(epoch, field.name) for epoch in epochs]
-        if all(value is None for value in values):
-            continue
-        if any(value is None for value in values):
-            raise ParameterError(f"{field.name} is given for some epochs and not for others")
-        texts = [value if isinstance(value, str) else repr(float(value)) for value in values]
-        arguments.append(f"--{field.name}={','.join(texts)}")
-    return arguments
-
-
-def _write_table(path: Path, columns: Mapping[str, ArrayLike]) -> None:
-    arrays = {name: np.asarray(values) for name, values in columns.items()}
-    with open(path, "w", encoding="utf-8", newline="") as file:
-        writer = csv.writer(file, lineterminator="\n")
-        writer.writerow(arrays)
-        writer.writerows(zip(*(array.tolist() for array in arrays.values()), strict=True))
-
-
-def _epoch_arguments(epochs: Epochs, folder: Path) -> list[str]:
-    """The arguments for epochs in any form. Tables that are no file yet are written into a folder."""
-    if isinstance(epochs, str | os.PathLike):
-        return ["--epoch-table", os.fspath(epochs)]
-    if isinstance(epochs, ClimateTable):
-        epochs.write(folder / "epochs.csv")
-    elif isinstance(epochs, Mapping):
-        _write_table(folder / "epochs.csv", epochs)
-    else:
-        return _epoch_options(epochs)
-    return ["--epoch-table", str(folder / "epochs.csv")]
+def _write_dates(folder: Path, ends: NDArray[np.datetime64] | None) -> None:
+    """Leave the last days of the epochs beside the record, which has none for epochs that are given as options."""
+    (folder / DATES).unlink(missing_ok=True)
+    if ends is not None:
+        (folder / DATES).write_text("\n".join(ends.astype(str)) + "\n", encoding="ascii")
 
 
 def _material_arguments(material: Material | Mapping[str, float] | None) -> list[str]:
@@ -263,7 +202,10 @@ def start(
     arguments = ["run", str(path), "--out", str(folder), "--json", "--frames", frames]
     for name, value in (("--mode", mode), ("--model", model), ("--unit", unit)):
         arguments += [] if value is None else [name, str(value)]
-    arguments += [] if epochs is None else _epoch_arguments(epochs, folder)
+    if epochs is not None:
+        options_of_epochs, ends = as_arguments(epochs)
+        arguments += options_of_epochs
+        _write_dates(folder, ends)
     return Run([*arguments, *_material_arguments(material), *options], folder, progress)
 
 
@@ -271,6 +213,3 @@ def run(mesh: Mesh, out: str | os.PathLike[str], **settings: Any) -> Result:
     """Weather a mesh and wait for the result. The parameters are those of `start`."""
     with start(mesh, out, **settings) as running:
         return running.wait()
-
-
-__all__ = ["Epoch", "Epochs", "Mesh", "Run", "run", "start"]

@@ -6,10 +6,17 @@ result is the same whatever the order in which runs are added and parts are merg
 
 from __future__ import annotations
 
+import tempfile
+from pathlib import Path
+
 import numpy as np
 from numpy.typing import NDArray
 
+from talvek.epochs import Epoch
 from talvek.errors import ParameterError
+from talvek.result import Result
+from talvek.runs import run
+from talvek.sweep import Sweep
 
 _UNITS_PER_MM = 1_000_000
 _LOW_BITS = 24
@@ -96,3 +103,50 @@ class Statistics:
         width = (self.high - self.low) / self.bins
         result: NDArray[np.float64] = self.low + width * (place + np.clip(share, 0.0, 1.0))
         return result
+
+
+def _first_surface(
+    mesh: Path, mode: int, unit: str | None, some: Result
+) -> tuple[NDArray[np.float64], NDArray[np.float64]]:
+    """Vertices and normals, each of shape (V, 3), from which displacements count."""
+    if mode != 2:
+        return some.vertices(0).astype(np.float64), some.normals(0).astype(np.float64)
+    with tempfile.TemporaryDirectory(prefix="talvek-grid-") as folder:
+        nothing = [Epoch(1, so2=0.0, no2=0.0, rv=0.0)]
+        grid = run(mesh, folder, mode=2, model=3, epochs=nothing, unit=unit, frames="last")
+        return grid.vertices(-1).astype(np.float64), grid.normals(-1).astype(np.float64)
+
+
+def gather(sweep: Sweep, low: float, high: float, *, bins: int = 64, mesh: int = 0) -> Statistics:
+    """Statistics of all finished runs of a sweep that kept their last surfaces.
+
+    Parameters
+    ----------
+    sweep : Sweep
+        With ``keep = "last"`` or ``"all"``.
+    low, high : float
+        The range of the displacements along the first normals, in mm.
+    bins : int
+        How finely the range is divided, for quantiles.
+    mesh : int
+        Which of the plan's meshes, from 0 on.
+
+    Returns
+    -------
+    Statistics
+    """
+    plan = sweep.store.plan
+    path = plan.meshes[mesh]
+    runs = [one.number for one in sweep.store.runs() if one.mesh == str(path)]
+    folders = [sweep.store.folder / "runs" / str(number) for number in runs]
+    kept = [Result(folder) for folder in folders if (folder / "run.json").exists()]
+    if not kept:
+        raise ParameterError('no run of the sweep has kept its surface; keep = "last" does')
+    first, normals = _first_surface(path, plan.mode, plan.unit, kept[0])
+    statistics = Statistics(len(first), low, high, bins)
+    for result in kept:
+        last = result.vertices(-1)
+        if last.shape != first.shape:
+            raise ParameterError(f"{result.folder}: {len(last)} vertices where there were {len(first)}")
+        statistics.add(np.einsum("ij,ij->i", last - first, normals))
+    return statistics

@@ -12,15 +12,9 @@ from typing import Any
 import numpy as np
 from numpy.typing import NDArray
 
+from talvek.epochs import COLUMNS, quantity_of
 from talvek.errors import ParameterError
 
-ENVIRONMENT = {
-    "so2": ("so2", "so2_ug_m3", "so2_ppb", "so2_ugS_m3"),
-    "no2": ("no2", "no2_ug_m3", "no2_ppb", "no2_ugN_m3"),
-    "rain": ("rv", "rain_mm_year", "rain_mm"),
-    "ph": ("rph", "ph"),
-}
-COLUMNS = tuple(itertools.chain.from_iterable(ENVIRONMENT.values()))
 MATERIAL = ("de", "den", "hd", "ks", "ksn", "kr", "mb", "db")
 OFFSETS = ("offset", "mean", "sigma", "smooth")
 KEEP = ("none", "last", "all")
@@ -99,8 +93,9 @@ def _read_vary(name: str, table: Any, mode: int) -> Vary:
 
 
 def _check_quantities(names: tuple[str, ...]) -> None:
-    for quantity, columns in ENVIRONMENT.items():
-        both = [name for name in names if name in columns]
+    columns = [name for name in names if name in COLUMNS]
+    for quantity in {quantity_of(name) for name in columns}:
+        both = [name for name in columns if quantity_of(name) == quantity]
         if len(both) > 1:
             raise ParameterError(f"[vary.{both[0]}] and [vary.{both[1]}] are both {quantity}")
 
@@ -144,8 +139,6 @@ def make_plan(content: Mapping[str, Any], folder: Path) -> Plan:
         vary=vary,
     )
     _check_quantities(plan.names)
-    if plan.epoch_table is None and "rain_mm" in plan.names:
-        raise ParameterError("[vary.rain_mm]: how much fell in an epoch needs an epoch_table; rain_mm_year does not")
     if plan.samples < 1 or (plan.samples > 1 and not any(one.quantile for one in vary)):
         raise ParameterError("[sweep]: samples needs a quantity that is lognormal or uniform, and at least 1 of them")
     return plan

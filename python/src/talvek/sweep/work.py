@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import csv
+import functools
 import io
 import json
 import os
@@ -15,9 +16,12 @@ from contextlib import contextmanager
 from pathlib import Path
 from typing import Any
 
+import numpy as np
+
+from talvek.epochs import COLUMNS, EpochTable, read_table
 from talvek.errors import MeshError, ParameterError, Refused, RunError, TalvekError
 from talvek.program import call
-from talvek.sweep.plan import COLUMNS, ENVIRONMENT, MATERIAL, Plan, PlannedRun
+from talvek.sweep.plan import Plan, PlannedRun
 from talvek.sweep.store import ResultFile, Store
 
 PERCENTILES = (1, 5, 25, 50, 75, 95, 99)
@@ -27,62 +31,24 @@ RESULT_COLUMNS = (
     + ["area_mm2", "volume_mm3", "last_surface_sha256", "message"]
 )
 
-# How an option states the unit of a column.
-_UNITS = {
-    "so2_ug_m3": "ug/m3",
-    "so2_ppb": "ppb",
-    "so2_ugS_m3": "ugS/m3",
-    "no2_ug_m3": "ug/m3",
-    "no2_ppb": "ppb",
-    "no2_ugN_m3": "ugN/m3",
-    "rain_mm_year": "mm",
-}
+
+@functools.cache
+def _table_of(plan: Plan) -> EpochTable:
+    """The table of a plan, or as many equal epochs as it asks for."""
+    if plan.epoch_table is not None:
+        return read_table(plan.epoch_table)
+    return EpochTable(np.full(plan.epochs, float(plan.days)), {})
 
 
-def _delimiter(line: str) -> str:
-    return next((mark for mark in (";", "\t") if mark in line), ",")
-
-
-def varied_table(text: str, values: dict[str, float]) -> str:
-    """An epoch table in which columns of the same quantity give way to values that hold for every epoch."""
-    lines = [line for line in text.removeprefix("\ufeff").splitlines() if line.strip() and not line.startswith("#")]
-    mark = _delimiter(lines[0])
-    rows = list(csv.reader(lines, delimiter=mark))
-    replaced = {column for name in values for columns in ENVIRONMENT.values() if name in columns for column in columns}
-    places = [place for place, name in enumerate(rows[0]) if name.strip() not in replaced]
-    has_commas = mark == ";" and not any("." in cell for row in rows[1:] for cell in row)
-    cells = [repr(value).replace(".", ",") if has_commas else repr(value) for value in values.values()]
-    result = io.StringIO()
-    writer = csv.writer(result, delimiter=mark, lineterminator="\n")
-    writer.writerow([*(rows[0][place] for place in places), *values])
-    writer.writerows([*(row[place] for place in places), *cells] for row in rows[1:])
-    return result.getvalue()
-
-
-def _option(column: str, value: float) -> str:
-    """The option that gives every epoch the value of a column."""
-    option = {"rain": "rv", "ph": "rph"}.get(column.partition("_")[0], column.partition("_")[0])
-    return f"--{option}={value!r}{_UNITS.get(column, '')}"
-
-
-def arguments_of(plan: Plan, run: PlannedRun, out: Path, table: Path) -> list[str]:
-    """The program's arguments for a run. Writes the table of epochs where the run has one of its own."""
+def arguments_of(plan: Plan, run: PlannedRun, out: Path) -> list[str]:
+    """The program's arguments for a run."""
     values = dict(zip(plan.names, run.values, strict=True))
     arguments = ["run", run.mesh, "--out", str(out), "--mode", str(plan.mode), "--model", str(plan.model)]
     arguments += ["--frames", plan.keep, "--quiet"]
     if plan.unit is not None:
         arguments += ["--unit", plan.unit]
-    of_epochs = {name: value for name, value in values.items() if name in COLUMNS}
-    if plan.epoch_table is not None:
-        table.write_text(varied_table(plan.epoch_table.read_text(encoding="utf-8"), of_epochs), encoding="utf-8")
-        arguments += ["--epoch-table", str(table)]
-    else:
-        arguments += ["--epochs", str(plan.epochs), "--days", str(plan.days)]
-        arguments += [_option(name, value) for name, value in of_epochs.items()]
-    for name, value in values.items():
-        if name in MATERIAL or plan.mode == 0:
-            arguments += [f"--{name}={value!r}"]
-    return arguments
+    arguments += _table_of(plan).replaced({n: value for n, value in values.items() if n in COLUMNS}).arguments()
+    return arguments + [f"--{name}={value!r}" for name, value in values.items() if name not in COLUMNS]
 
 
 def _number(value: Any) -> str:
@@ -140,7 +106,7 @@ def run_one(store: Store, run: PlannedRun) -> str:
     with _scratch(store, run.number) as scratch:
         out = scratch / "out"
         try:
-            call(arguments_of(store.plan, run, out, scratch / "epochs.csv"))
+            call(arguments_of(store.plan, run, out))
         except (ParameterError, MeshError, Refused) as error:
             return failure_cells(error)
         record = json.loads((out / "run.json").read_text(encoding="utf-8"))
