@@ -10,6 +10,7 @@
 #include "talvek.h"
 #include "talvek/commands/check_command.h"
 #include "talvek/commands/command_set.h"
+#include "talvek/commands/compare_command.h"
 #include "talvek/commands/convert_command.h"
 #include "talvek/commands/export_command.h"
 #include "talvek/commands/info_command.h"
@@ -42,6 +43,7 @@ class Program {
         addConvertCommand(commands_);
         addPictureCommand(commands_);
         addResultsCommand(commands_);
+        addCompareCommand(commands_);
         addExportCommand(commands_);
         addViewCommand(commands_);
         addHelp();

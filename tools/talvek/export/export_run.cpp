@@ -53,13 +53,12 @@ struct Job {
 using SurfaceWriter = void (*)(const Job& job, const ExportFrame& frame, std::span<const ColourBytes> colours,
                                const std::string& path);
 
-void writePlySurface(const Job&, const ExportFrame& frame, std::span<const ColourBytes> colours,
-                     const std::string& path) {
+void writePlyOf(const Job&, const ExportFrame& frame, std::span<const ColourBytes> colours, const std::string& path) {
     writePlyFrame(frame, colours, path);
 }
 
-void writeVtpSurface(const Job& job, const ExportFrame& frame, std::span<const ColourBytes> colours,
-                     const std::string& path) {
+void writeVtpOf(const Job& job, const ExportFrame& frame, std::span<const ColourBytes> colours,
+                const std::string& path) {
     writeVtpFrame(frame, colours, job.timeOf(frame.surface), path);
 }
 
@@ -83,7 +82,8 @@ void writeSurfaces(Job& job, const std::vector<SeriesSurface>& surfaces, Surface
     }
     for (std::size_t i = 0; i < surfaces.size(); ++i) {
         const ExportFrame& frame = reader.read(surfaces[i]);
-        const std::vector<ColourBytes> colours = scale ? coloursOf(frame, *scale) : std::vector<ColourBytes>();
+        const std::vector<ColourBytes> colours =
+            scale ? coloursOf(frame.displacements, *scale) : std::vector<ColourBytes>();
         write(job, frame, colours, job.checked(paths[i]));
         job.report.files.push_back(paths[i]);
     }
@@ -174,9 +174,9 @@ struct ExportFormat {
     void (*writeRun)(Job& job, const std::string& path);
 };
 
-constexpr ExportFormat kFormats[] = {{".ply", writePlySurface, nullptr}, {".vtp", writeVtpSurface, nullptr},
-                                     {".glb", nullptr, writeGltf},       {".pc2", nullptr, writePc2},
-                                     {".obj", nullptr, writeObj},        {".csv", nullptr, writeCsv},
+constexpr ExportFormat kFormats[] = {{".ply", writePlyOf, nullptr}, {".vtp", writeVtpOf, nullptr},
+                                     {".glb", nullptr, writeGltf},  {".pc2", nullptr, writePc2},
+                                     {".obj", nullptr, writeObj},   {".csv", nullptr, writeCsv},
                                      {".npz", nullptr, writeNpz}};
 
 const ExportFormat* formatOf(const std::string& extension) {

@@ -10,23 +10,20 @@ namespace talvek::host {
 
 namespace {
 
-std::string header(const ExportFrame& frame, const std::vector<VertexField>& fields, bool hasColours) {
+std::string header(const PlySurface& surface) {
     std::string text = "ply\nformat binary_little_endian 1.0\ncomment made by talvek, lengths in millimetres\n";
-    text += "comment epoch " + std::to_string(frame.surface.epoch) + "\n";
-    text += "element vertex " + std::to_string(frame.mesh->numVertices) + "\n";
+    text += "comment " + surface.comment + "\n";
+    text += "element vertex " + std::to_string(surface.mesh.numVertices) + "\n";
     for (const char* name : {"x", "y", "z", "nx", "ny", "nz", "quality"}) {
         text += std::string("property float ") + name + "\n";
     }
-    for (const VertexField& field : fields) {
+    for (const VertexField& field : surface.fields) {
         text += "property float scalar_" + field.name + "\n";
     }
-    if (!frame.minerals.empty()) {
-        text += "property float scalar_mineral\n";
-    }
     for (const char* name : {"red", "green", "blue"}) {
-        text += hasColours ? std::string("property uchar ") + name + "\n" : "";
+        text += surface.colours.empty() ? "" : std::string("property uchar ") + name + "\n";
     }
-    text += "element face " + std::to_string(frame.mesh->numFaces) + "\nproperty list uchar int vertex_indices\n";
+    text += "element face " + std::to_string(surface.mesh.numFaces) + "\nproperty list uchar int vertex_indices\n";
     return text + "end_header\n";
 }
 
@@ -34,24 +31,20 @@ char* putTriple(char* out, const float* values) {
     return toLittleEndian(toLittleEndian(toLittleEndian(out, values[0]), values[1]), values[2]);
 }
 
-void writeVertices(OutputFile& file, const ExportFrame& frame, const std::vector<VertexField>& fields,
-                   std::span<const ColourBytes> colours) {
-    const std::size_t numNumbers = 7 + fields.size() + (frame.minerals.empty() ? 0 : 1);
-    const std::size_t rowSize = numNumbers * sizeof(float) + (colours.empty() ? 0 : sizeof(ColourBytes));
-    writeRows(file, frame.displacements.size(), rowSize, [&](char* out, std::size_t v) {
-        out = putTriple(out, frame.mesh->vertices.get() + 3 * v);
-        out = putTriple(out, frame.mesh->vertexNormals.get() + 3 * v);
-        out = toLittleEndian(out, frame.displacements[v]);
-        for (const VertexField& field : fields) {
+void writeVertices(OutputFile& file, const PlySurface& surface) {
+    const std::size_t numNumbers = 7 + surface.fields.size();
+    const std::size_t rowSize = numNumbers * sizeof(float) + (surface.colours.empty() ? 0 : sizeof(ColourBytes));
+    writeRows(file, static_cast<std::size_t>(surface.mesh.numVertices), rowSize, [&surface](char* out, std::size_t v) {
+        out = putTriple(out, surface.mesh.vertices.get() + 3 * v);
+        out = putTriple(out, surface.mesh.vertexNormals.get() + 3 * v);
+        out = toLittleEndian(out, surface.quality[v]);
+        for (const VertexField& field : surface.fields) {
             out = toLittleEndian(out, field.values[v]);
         }
-        if (!frame.minerals.empty()) {
-            out = toLittleEndian(out, static_cast<float>(frame.minerals[v]));
-        }
-        if (!colours.empty()) {
-            *out++ = static_cast<char>(colours[v].red);
-            *out++ = static_cast<char>(colours[v].green);
-            *out++ = static_cast<char>(colours[v].blue);
+        if (!surface.colours.empty()) {
+            *out++ = static_cast<char>(surface.colours[v].red);
+            *out++ = static_cast<char>(surface.colours[v].green);
+            *out++ = static_cast<char>(surface.colours[v].blue);
         }
         return out;
     });
@@ -72,13 +65,22 @@ void writeFaces(OutputFile& file, const Object3D& mesh) {
 
 }  // namespace
 
-void writePlyFrame(const ExportFrame& frame, std::span<const ColourBytes> colours, const std::string& path) {
-    const std::vector<VertexField> fields = fieldsOf(frame);
+void writePlySurface(const PlySurface& surface, const std::string& path) {
     OutputFile file(path.c_str());
-    file.write(header(frame, fields, !colours.empty()));
-    writeVertices(file, frame, fields, colours);
-    writeFaces(file, *frame.mesh);
+    file.write(header(surface));
+    writeVertices(file, surface);
+    writeFaces(file, surface.mesh);
     finishExport(file, path);
+}
+
+void writePlyFrame(const ExportFrame& frame, std::span<const ColourBytes> colours, const std::string& path) {
+    std::vector<VertexField> fields = fieldsOf(frame);
+    const std::vector<float> minerals(frame.minerals.begin(), frame.minerals.end());
+    if (!minerals.empty()) {
+        fields.push_back({"mineral", minerals});
+    }
+    writePlySurface({*frame.mesh, "epoch " + std::to_string(frame.surface.epoch), frame.displacements, fields, colours},
+                    path);
 }
 
 }  // namespace talvek::host

@@ -14,11 +14,11 @@ std::vector<VertexField> fieldsOf(const ExportFrame& frame) {
     return fields;
 }
 
-std::vector<ColourBytes> coloursOf(const ExportFrame& frame, const ChangeScale& scale) {
+std::vector<ColourBytes> coloursOf(std::span<const float> displacements, const ChangeScale& scale) {
     constexpr ColourBytes kGrey = {128, 128, 128};
     std::vector<ColourBytes> colours;
-    colours.reserve(frame.displacements.size());
-    for (const float displacement : frame.displacements) {
+    colours.reserve(displacements.size());
+    for (const float displacement : displacements) {
         const double place = scale.place(static_cast<double>(displacement));
         colours.push_back(std::isfinite(place) ? bytesOf(scale.colourAt(place)) : kGrey);
     }

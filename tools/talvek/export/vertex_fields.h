@@ -21,7 +21,7 @@ struct VertexField {
 std::vector<VertexField> fieldsOf(const ExportFrame& frame);
 
 /// Three bytes for each vertex: the colour of its displacement.
-std::vector<ColourBytes> coloursOf(const ExportFrame& frame, const ChangeScale& scale);
+std::vector<ColourBytes> coloursOf(std::span<const float> displacements, const ChangeScale& scale);
 
 /// The scale for all surfaces of a run: that of the last one. Throws Failure.
 ChangeScale scaleOf(const RunSeries& series, const std::string& palette);
