@@ -19,6 +19,9 @@ inline constexpr std::string_view kRunRecordFile = "run.json";
 inline constexpr std::string_view kUnfinishedPrefix = ".talvek-";
 inline constexpr std::string_view kUnfinishedSuffix = ".tmp";
 
+/// Ends the name of the file that a run holds so that no other writes to the same names.
+inline constexpr std::string_view kLockSuffix = ".lck";
+
 /// The mesh file's name without its last extension; of a name without '.' the whole.
 inline std::string_view baseName(std::string_view meshFile) {
     return meshFile.substr(0, meshFile.rfind('.'));

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -40,6 +41,9 @@ class File {
     static File openForAppending(const char* path);
     /// Creates the file; fails when the name is taken.
     static File createNew(const char* path);
+    /// Opens a file, or creates it, and keeps other processes from opening it in this way until this one closes it or
+    /// ends, however that comes about. Not open where another one holds it.
+    static File openLocked(const char* path);
 
     bool isOpen() const { return handle_ != kNone; }
     /// Reads up to `size` bytes; the number read, 0 at the end of the file, -1 on failure.
@@ -62,6 +66,17 @@ class File {
 };
 
 enum class FileKind : std::uint8_t { kAbsent, kRegular, kOther };
+
+/// What tells a file from another one that has its name later on, however coarse the file system's times are.
+struct FileIdentity {
+    std::uint64_t device = 0;
+    std::uint64_t number = 0;
+    std::int64_t written = 0;
+    bool operator==(const FileIdentity&) const = default;
+};
+
+/// Nothing where there is no file; symbolic links are followed.
+std::optional<FileIdentity> identityOf(const char* path);
 
 /// What stands under a name; symbolic links are followed.
 FileKind kindOf(const char* path);

@@ -1,6 +1,7 @@
 #ifndef _WIN32
 #include <fcntl.h>
 #include <limits.h>
+#include <sys/file.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -84,6 +85,26 @@ File File::openForAppending(const char* path) {
 File File::createNew(const char* path) {
     return File(openHandle(path, O_WRONLY | O_CREAT | O_EXCL));
 }
+File File::openLocked(const char* path) {
+    for (;;) {
+        File file(openHandle(path, O_RDWR | O_CREAT));
+        if (!file.isOpen()) {
+            return file;
+        }
+        const int descriptor = descriptorOf(file.handle_);
+        // Some file systems have no locks; a file is better than none there.
+        if (::flock(descriptor, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
+            return {};
+        }
+        struct stat held {};
+        struct stat named {};
+        // The one that held it may have removed it in between.
+        if (::fstat(descriptor, &held) == 0 && ::stat(path, &named) == 0 && held.st_dev == named.st_dev &&
+            held.st_ino == named.st_ino) {
+            return file;
+        }
+    }
+}
 
 std::int64_t File::read(void* to, std::size_t size) {
     ssize_t got = -1;
@@ -131,6 +152,16 @@ bool File::close() {
     }
     // After a failed close the descriptor is gone all the same; closing it again could hit another file.
     return ::close(descriptorOf(std::exchange(handle_, kNone))) == 0;
+}
+
+std::optional<FileIdentity> identityOf(const char* path) {
+    struct stat status {};
+    if (::stat(path, &status) != 0) {
+        return std::nullopt;
+    }
+    constexpr std::int64_t kNanoseconds = 1'000'000'000;
+    return FileIdentity{static_cast<std::uint64_t>(status.st_dev), static_cast<std::uint64_t>(status.st_ino),
+                        status.st_mtim.tv_sec * kNanoseconds + status.st_mtim.tv_nsec};
 }
 
 FileKind kindOf(const char* path) {

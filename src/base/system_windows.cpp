@@ -54,6 +54,11 @@ File File::openForAppending(const char* path) {
 File File::createNew(const char* path) {
     return File(openHandle(path, GENERIC_WRITE, CREATE_NEW));
 }
+File File::openLocked(const char* path) {
+    const HANDLE handle = ::CreateFileA(path, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_DELETE,
+                                        nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+    return File(reinterpret_cast<File::Handle>(handle));
+}
 
 std::int64_t File::read(void* to, std::size_t size) {
     DWORD got = 0;
@@ -101,6 +106,31 @@ bool File::close() {
         return true;
     }
     return ::CloseHandle(handleOf(std::exchange(handle_, kNone))) != 0;
+}
+
+namespace {
+
+std::uint64_t joined(DWORD high, DWORD low) {
+    return std::uint64_t{high} << 32 | low;
+}
+
+}  // namespace
+
+std::optional<FileIdentity> identityOf(const char* path) {
+    const HANDLE handle = ::CreateFileA(path, 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                        OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    if (handle == INVALID_HANDLE_VALUE) {
+        return std::nullopt;
+    }
+    BY_HANDLE_FILE_INFORMATION information{};
+    const bool isKnown = ::GetFileInformationByHandle(handle, &information) != 0;
+    ::CloseHandle(handle);
+    if (!isKnown) {
+        return std::nullopt;
+    }
+    return FileIdentity{information.dwVolumeSerialNumber, joined(information.nFileIndexHigh, information.nFileIndexLow),
+                        static_cast<std::int64_t>(joined(information.ftLastWriteTime.dwHighDateTime,
+                                                         information.ftLastWriteTime.dwLowDateTime))};
 }
 
 FileKind kindOf(const char* path) {

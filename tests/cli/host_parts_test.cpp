@@ -14,6 +14,7 @@
 #include "talvek/preflight/movement_warnings.h"
 #include "talvek/preflight/preflight.h"
 #include "talvek/support/exit_status.h"
+#include "talvek/support/messages.h"
 #include "talvek/watch/frame_check.h"
 #include "talvek/watch/progress.h"
 
@@ -63,47 +64,65 @@ host::SessionPlan planOf(std::size_t epochs) {
     return plan;
 }
 
-TEST(Preflight, FolderThatTakesNoFileIsRefused) {
-    TempFolder folder;
-    const host::RunFiles files(folder.file("nowhere/stone.obj"));
+host::PreparedRun runOf(const std::string& meshFile, std::size_t epochs, std::unique_ptr<Object3D> mesh) {
+    host::PreparedRun run;
+    run.files = host::RunFiles(meshFile);
+    run.plan = planOf(epochs);
+    run.mesh = std::move(mesh);
+    return run;
+}
+
+std::string refusalOf(host::PreparedRun run) {
     try {
-        host::requireRoom(planOf(1), *makeCube(1), files, false);
-        FAIL();
+        host::requireRoom(run);
     } catch (const host::Failure& failure) {
         EXPECT_EQ(failure.status(), host::kExitOutput);
-        EXPECT_NE(std::string(failure.what()).find("no file can be created in this folder"), std::string::npos);
+        return failure.what();
     }
+    return "none";
+}
+
+TEST(Preflight, FolderThatTakesNoFileIsRefused) {
+    TempFolder folder;
+    writeFile(folder.file("nowhere"), "a file");
+    EXPECT_NE(refusalOf(runOf(folder.file("nowhere/stone.obj"), 1, makeCube(1)))
+                  .find("no file can be created in this folder"),
+              std::string::npos);
 }
 
 TEST(Preflight, DiskWithoutRoomIsRefusedAndTheNeedNamed) {
     TempFolder folder;
-    const host::RunFiles files(folder.file("stone.obj"));
     // A large mesh, so that not too many epochs fill the disk, and twice as many as fill it: other programs may give
     // room free meanwhile.
     auto mesh = makePlane(400);
     const std::uint64_t frames = 2 * (std::filesystem::space(folder.path()).available / host::frameBytes(*mesh) + 1);
-    if (frames > 20000000) {
+    if (frames > 10'000'000) {
         GTEST_SKIP() << "the disk is too large";
     }
-    try {
-        host::requireRoom(planOf(frames), *mesh, files, false);
-        FAIL();
-    } catch (const host::Failure& failure) {
-        EXPECT_EQ(failure.status(), host::kExitOutput);
-        EXPECT_NE(std::string(failure.what()).find("make room or run fewer epochs"), std::string::npos);
-    }
+    host::PreparedRun run = runOf(folder.file("stone.obj"), frames, std::move(mesh));
+    EXPECT_NE(refusalOf(run).find("make room, run fewer epochs, or keep fewer frames"), std::string::npos);
+    run.frames = {.every = 0, .keepsLast = true};
+    EXPECT_EQ(refusalOf(run), "none");
 }
 
 TEST(Preflight, WhatIsWrittenBesidesTheFramesNeedsRoomToo) {
     TempFolder folder;
-    const host::RunFiles files(folder.file("stone.obj"));
-    const std::uint64_t available = std::filesystem::space(folder.path()).available;
-    EXPECT_THROW(host::requireRoom(planOf(1), *makeCube(1), files, false, 2 * available), host::Failure);
+    writeFile(folder.file("stone.obj"), "");
+    std::error_code isTooLarge;
+    std::filesystem::resize_file(folder.file("stone.obj"), 2 * std::filesystem::space(folder.path()).available,
+                                 isTooLarge);
+    if (isTooLarge) {
+        GTEST_SKIP() << "no file of that size";
+    }
+    host::PreparedRun run = runOf(folder.file("stone.obj"), 1, makeCube(1));
+    EXPECT_EQ(refusalOf(run), "none");
+    run.files = host::RunFiles(folder.file("stone.obj"), folder.file("out/stone.obj"), true);
+    EXPECT_NE(refusalOf(run).find("the disk has"), std::string::npos);
 }
 
 TEST(Preflight, RunFitsWhereThereIsRoom) {
     TempFolder folder;
-    EXPECT_NO_THROW(host::requireRoom(planOf(2), *makeCube(1), host::RunFiles(folder.file("stone.obj")), true));
+    EXPECT_EQ(refusalOf(runOf(folder.file("stone.obj"), 2, makeCube(1))), "none");
     EXPECT_EQ(folder.listing(), "");
 }
 

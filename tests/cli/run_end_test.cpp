@@ -12,6 +12,7 @@
 #include "cli/program.h"
 #include "support/meshes.h"
 #include "support/test_files.h"
+#include "talvek/results/run_record.h"
 #include "talvek/support/exit_status.h"
 
 namespace talvek::test {
@@ -69,8 +70,49 @@ void cancelWith(int signal, const std::string& mesh, const std::string& epoch) {
     EXPECT_EQ(end.code, unsigned{host::kExitCancelled});
 }
 
+/// Shells start jobs behind them in this way, and nohup does so with SIGHUP.
+TEST_F(RunEnd, SignalThatIsIgnoredEndsNothing) {
+    ::signal(SIGINT, SIG_IGN);
+    host::ChildProcess program(programCommand({"run", mesh_, "--epochs", "30", "--verbose"}),
+                               host::ChildErrors::kWithOutput);
+    ::signal(SIGINT, SIG_DFL);
+    ASSERT_TRUE(readUntil(program, "epoch: 4\t"));
+    ::kill(static_cast<pid_t>(program.id()), SIGINT);
+    ::kill(processOfRun(program.id()), SIGINT);
+    EXPECT_NE(restOfOutput(program).find("30 frames"), std::string::npos);
+    EXPECT_EQ(program.wait().code, unsigned{host::kExitDone});
+}
+
+/// Frames, the run log and the summary files of two runs would be mixed up.
+TEST_F(RunEnd, SecondRunWithTheSameNamesIsRefused) {
+    host::ChildProcess first(longRun(mesh_), host::ChildErrors::kWithOutput);
+    ASSERT_TRUE(readUntil(first, "epoch: 1\t"));
+    const std::string holder = "another run is writing to the same names (process " + std::to_string(first.id()) + ")";
+    const ProgramResult second = runProgram({"run", mesh_});
+    EXPECT_EQ(second.end.code, unsigned{host::kExitRefused});
+    EXPECT_NE(second.output.find(holder), std::string::npos) << second.output;
+    // The run log is called the same.
+    const std::string other = mesh_.substr(0, mesh_.size() - 4) + ".sas";
+    ASSERT_EQ(runProgram({"convert", mesh_, other}).end.code, unsigned{host::kExitDone});
+    EXPECT_NE(runProgram({"run", other}).output.find(holder), std::string::npos);
+    EXPECT_EQ(runProgram({"run", mesh_, "--out", folder_.file("out")}).end.code, unsigned{host::kExitDone});
+    ::kill(static_cast<pid_t>(first.id()), SIGKILL);
+    first.wait();
+    EXPECT_EQ(runProgram({"run", mesh_}).end.code, unsigned{host::kExitDone});
+    EXPECT_EQ(folder_.listing().find(".lck"), std::string::npos) << folder_.listing();
+}
+
+TEST_F(RunEnd, CancelledRunSaysSoInItsRecord) {
+    cancelWith(SIGINT, mesh_, "epoch: 4\t");
+    const host::RunRecord record = host::readRunRecord(mesh_ + ".run.json");
+    EXPECT_EQ(record.outcome, host::RunOutcome::kCancelled);
+    EXPECT_EQ(record.epochs.size(), 4000U);
+    EXPECT_FALSE(record.epochs[2].frame.sha256.empty());
+    EXPECT_TRUE(record.epochs[3999].frame.sha256.empty());
+}
+
 TEST_F(RunEnd, CancelLeavesOnlyWholeFrames) {
-    for (const int signal : {SIGINT, SIGTERM}) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         cancelWith(signal, mesh_, "epoch: 4\t");
         EXPECT_GE(countWholeFrames(), 3);
         EXPECT_EQ(folder_.listing().find(".tmp"), std::string::npos) << folder_.listing();

@@ -30,7 +30,7 @@ host::RunRecord fullRecord() {
     record.epochs[0] = {365.25, "1990-01-01", "1990-12-31", "as \"measured\"", {4.09e-13, 1e-12, 1.13, 4.5}, 0.1, {},
                         {}};
     record.epochs[1].frame = {"stone.obj.obj_w_2.obj", 99, "ef"};
-    record.epochs[1].figures = host::SurfaceFigures{-1, -2, 0.5, {1, 2, 3, 4, 5, 6, 7}, 1000, 2.0};
+    record.epochs[1].figures = host::SurfaceFigures{-1, -1.5, -2, 0.5, {1, 2, 3, 4, 5, 6, 7}, 1000, 2.0};
     record.figures = record.epochs[1].figures;
     record.warnings = {"one", "two"};
     return record;

@@ -26,15 +26,10 @@ namespace talvek::host {
 
 namespace {
 
-std::string versionText() {
-    return "talvek " + std::to_string(TALVEK_VERSION_MAJOR) + "." + std::to_string(TALVEK_VERSION_MINOR) + "." +
-           std::to_string(TALVEK_VERSION_PATCH);
-}
-
 class Program {
   public:
     explicit Program(std::vector<std::string> arguments) : arguments_(std::move(arguments)) {
-        app_.set_version_flag("--version", versionText());
+        app_.set_version_flag("--version", programVersion());
         app_.require_subcommand(0, 1);
         app_.footer(exitStatusTable() + "\ntalvek help COMMAND tells more of a command.");
         addRunCommands(commands_);
@@ -55,7 +50,7 @@ class Program {
         } catch (const CLI::CallForHelp&) {
             return printHelp();
         } catch (const CLI::CallForVersion&) {
-            std::printf("%s\n", versionText().c_str());
+            std::printf("%s\n", programVersion().c_str());
             return kExitDone;
         } catch (const CLI::ParseError& error) {
             throw Failure(kExitUsage, std::string(error.what()) + "; talvek help tells what there is");

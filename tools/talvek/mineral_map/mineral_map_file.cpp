@@ -1,7 +1,5 @@
 #include "talvek/mineral_map/mineral_map_file.h"
 
-#include <cstdio>
-
 #include "base/output_file.h"
 #include "talvek/mineral_map/bitmap_file.h"
 #include "talvek/mineral_map/picture.h"
@@ -111,12 +109,10 @@ void placeMap(const MapToPlace& map) {
                                        ": the mineral map cannot be written; look for its permissions and for room on "
                                        "the disk");
     }
-    if (isItself) {
-        std::printf("mineral map: %s, converted\n", map.path.c_str());
-        return;
-    }
-    std::printf("mineral map: %s, %s %s%s\n", map.path.c_str(), map.isConverted ? "converted from" : "copied from",
-                map.from.c_str(), map.isReplacing ? ", in the place of another" : "");
+    say("mineral map: " + map.path + ", " +
+        (isItself ? "converted"
+                  : (map.isConverted ? "converted from " : "copied from ") + map.from +
+                        (map.isReplacing ? ", in the place of another" : "")));
 }
 
 void requireUsableMap(const std::string& map) {

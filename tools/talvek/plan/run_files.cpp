@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "base/run_file_names.h"
+#include "talvek/plan/run_options.h"
 #include "talvek/support/paths.h"
 
 namespace talvek::host {
@@ -28,6 +29,15 @@ RunFiles::RunFiles(std::string sourceName, std::string meshName, bool hasOwnFold
 
 std::string RunFiles::frame(std::int32_t number) const {
     return frameFileName(mesh, static_cast<std::uint32_t>(number));
+}
+
+RunFiles filesOfRun(const RunOptions& options) {
+    if (options.outFolder.empty()) {
+        return RunFiles(options.mesh);
+    }
+    const char last = options.outFolder.back();
+    const std::string separator = last == '/' || last == '\\' ? "" : "/";
+    return {options.mesh, options.outFolder + separator + nameOf(pathOf(options.mesh).filename()), true};
 }
 
 std::vector<std::string> outputFiles(const RunFiles& files, std::int32_t epochs, bool withInputFrame) {

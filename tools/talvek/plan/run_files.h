@@ -8,7 +8,10 @@
 
 namespace talvek::host {
 
+struct RunOptions;
+
 struct RunFiles {
+    RunFiles() = default;
     /// Every file stands beside the mesh.
     explicit RunFiles(std::string meshName);
     /// Every file stands beside the library's mesh. With `hasOwnFolder` the folder is the run's alone.
@@ -31,6 +34,9 @@ struct RunFiles {
     /// Never empty.
     std::filesystem::path folder;
 };
+
+/// The files of a run: beside the mesh, or in the folder that the options name.
+RunFiles filesOfRun(const RunOptions& options);
 
 /// The frames of a run in order, then the first and the last surface.
 std::vector<std::string> outputFiles(const RunFiles& files, std::int32_t epochs, bool withInputFrame);

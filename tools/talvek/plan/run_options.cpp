@@ -70,6 +70,22 @@ ModelChoice parseModel(const std::string& text) {
     throw CLI::ValidationError("--model", "no model " + text + "; a number 0 to 3 or one of " + listOfModels());
 }
 
+FrameChoice parseFrames(const std::string& text) {
+    constexpr std::string_view kEvery = "every:";
+    if (text == "all") {
+        return {};
+    }
+    if (text == "last" || text == "none") {
+        return {.every = 0, .keepsLast = text == "last"};
+    }
+    if (const auto number = text.starts_with(kEvery) ? wholeNumber(text.substr(kEvery.size())) : std::nullopt) {
+        if (*number >= 1) {
+            return {.every = *number, .keepsLast = true};
+        }
+    }
+    throw CLI::ValidationError("--frames", text + " is none of all, last, none, every:N");
+}
+
 float parseFinite(const std::string& option, const std::string& text) {
     float value = 0;
     if (!CLI::detail::lexical_cast(text, value) || !std::isfinite(value)) {
@@ -178,8 +194,16 @@ void addFiles(CLI::App& command, RunOptions& options) {
         ->type_name("");
     command.add_option("--config", options.config, "Parameter file (.cfg) to start from; other options win")
         ->type_name("FILE");
+    command.add_option("--out", options.outFolder, "Folder for every file of the run, made when absent")
+        ->type_name("DIR");
+    command
+        .add_option_function<std::string>(
+            "--frames", [&options](const std::string& text) { options.frames = parseFrames(text); },
+            "Frames to keep: all (default), last, none, or every:N; the first and the last surface stay")
+        ->type_name("WHICH");
     command.add_flag("--save-config", options.saveConfig,
                      "Write the parameters beside the mesh, as MESH's name with .cfg");
+    command.add_flag("--force", options.force, "Replace files that the program has not written");
     command.add_flag("--keep-input-frames", options.keepInputFrame, "Also write the input surface as frame 0");
     command.add_flag("--accept-loss", options.acceptsLoss,
                      "Weather what is left of a mesh whose file is not read whole or not as meant");
@@ -190,7 +214,11 @@ void addFiles(CLI::App& command, RunOptions& options) {
     command.add_flag("--replace-map", options.replaceMap, "Let --mineral-map replace another map beside the mesh")
         ->needs(map);
     command.add_option("--log", options.log, "Write the library's lines to a file")->type_name("FILE");
-    command.add_flag("--verbose", options.isVerbose, "Write the library's lines to standard output");
+    CLI::Option* const verbose =
+        command.add_flag("--verbose", options.isVerbose, "Write the library's lines to standard output");
+    command.add_flag("--quiet", options.isQuiet, "Print warnings and errors alone")->excludes(verbose);
+    command.add_flag("--json", options.asJson, "Print a JSON object a line: plan, epochs, results")->excludes(verbose);
+    command.add_flag("--dry-run", options.isDryRun, "Check and tell what would be done, and do nothing");
 }
 
 }  // namespace

@@ -41,8 +41,27 @@ struct PlanOptions {
     std::string config;
 };
 
+/// Which of a run's numbered frames are kept.
+struct FrameChoice {
+    /// Every n-th, the last one besides; 0 for the last one alone.
+    std::int32_t every = 1;
+    bool keepsLast = true;
+
+    bool keeps(std::int32_t frame, std::int32_t numEpochs) const {
+        return frame == numEpochs ? keepsLast : every > 0 && frame % every == 0;
+    }
+    bool keepsAll() const { return every == 1; }
+};
+
 struct RunOptions : PlanOptions {
     std::string mesh;
+    /// Where everything goes; empty for beside the mesh.
+    std::string outFolder;
+    FrameChoice frames;
+    bool isDryRun = false;
+    bool isQuiet = false;
+    bool asJson = false;
+    bool force = false;
     bool saveConfig = false;
     bool keepInputFrame = false;
     /// Whether a mesh of which the reader leaves something out is weathered all the same.

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "talvek/plan/mode_names.h"
-#include "talvek/preflight/planned_movement.h"
+#include "talvek/plan/planned_movement.h"
 #include "talvek/support/messages.h"
 
 namespace talvek::host {

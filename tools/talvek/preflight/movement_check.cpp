@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "talvek/preflight/planned_movement.h"
+#include "talvek/plan/planned_movement.h"
 #include "talvek/support/exit_status.h"
 #include "talvek/support/messages.h"
 

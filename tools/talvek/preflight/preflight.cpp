@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <system_error>
 
+#include "base/run_file_names.h"
 #include "base/system.h"
 #include "talvek/inspect/mesh_survey.h"
 #include "talvek/preflight/frame_size.h"
@@ -37,41 +38,73 @@ std::optional<MapToPlace> requireMineralMap(const SessionPlan& plan, const RunOp
     if (!options.mineralMap.empty()) {
         return usableMapFrom(options.mineralMap, files.mineralMap, options.replaceMap);
     }
+    const std::string besideSource = mineralMapName(files.source);
+    if (besideSource != files.mineralMap && system::kindOf(besideSource.c_str()) != system::FileKind::kAbsent) {
+        return usableMapFrom(besideSource, files.mineralMap, options.replaceMap);
+    }
     requireUsableMap(files.mineralMap);
     return std::nullopt;
 }
 
 namespace {
 
-void requireWritableFolder(const RunFiles& files) {
-    const fs::path probe = files.folder / (".talvek-" + std::to_string(system::processId()) + "-probe.tmp");
+/// The folder, or where it is absent the one in which it is to be created.
+fs::path presentFolder(fs::path folder) {
+    std::error_code isUnknown;
+    while (!fs::exists(folder, isUnknown) && folder.has_parent_path() && folder.parent_path() != folder) {
+        folder = folder.parent_path();
+    }
+    return fs::exists(folder, isUnknown) ? folder : fs::path(".");
+}
+
+void requireWritableFolder(const fs::path& folder) {
+    const fs::path probe = folder / (".talvek-" + std::to_string(system::processId()) + "-probe.tmp");
     const std::string name = nameOf(probe);
     if (!system::File::createNew(name.c_str()).isOpen()) {
         throw Failure(kExitOutput,
-                      nameOf(files.folder) +
+                      nameOf(folder) +
                           ": no file can be created in this folder, where the frames would go; look for its "
-                          "permissions, or copy the mesh to a folder of your own");
+                          "permissions, or name a folder of your own with --out");
     }
     system::removeFile(name.c_str());
 }
 
+/// The surfaces that stay. Of those that do not, two are there at a time: one that is being written, and the one before
+/// it, which is being checked.
+std::uint64_t roomFor(const PreparedRun& run, std::uint64_t bytesEach) {
+    std::vector<std::string> names = {run.files.firstSurface, run.files.lastSurface};
+    for (std::int32_t n = run.keepInputFrame ? 0 : 1; n <= run.plan.numEpochs(); ++n) {
+        if (n == 0 || run.keepsFrame(n)) {
+            names.push_back(run.files.frame(n));
+        }
+    }
+    return roomNeeded(names, bytesEach) + (run.frames.keepsAll() ? 0 : bytesEach);
+}
+
+/// What is copied into the run's folder.
+std::uint64_t roomForInputs(const PreparedRun& run) {
+    std::error_code isUnknown;
+    const std::uintmax_t mesh =
+        run.files.mesh == run.files.source ? 0 : fs::file_size(pathOf(run.files.source), isUnknown);
+    return (run.map ? run.map->bytes.size() : 0) + (isUnknown ? 0 : mesh);
+}
+
 }  // namespace
 
-void requireRoom(const SessionPlan& plan, const Object3D& mesh, const RunFiles& files, bool withInputFrame,
-                 std::uint64_t besides) {
-    requireWritableFolder(files);
+void requireRoom(PreparedRun& run) {
+    const fs::path folder = presentFolder(run.files.folder);
+    requireWritableFolder(folder);
     const std::uint64_t each =
-        !plan.keepsVertices() ? std::max(gridFrameBytes(mesh), frameBytes(mesh)) : frameBytes(mesh);
-    const std::vector<std::string> names =
-        outputFiles(files, static_cast<std::int32_t>(plan.epochs.size()), withInputFrame);
-    const std::uint64_t needed = roomNeeded(names, each) + besides;
+        run.plan.keepsVertices() ? frameBytes(*run.mesh) : std::max(gridFrameBytes(*run.mesh), frameBytes(*run.mesh));
+    run.bytesNeeded = roomFor(run, each) + roomForInputs(run);
     std::error_code isUnknown;
-    const fs::space_info space = fs::space(files.folder, isUnknown);
-    if (!isUnknown && space.available < needed) {
-        throw Failure(kExitOutput, nameOf(files.folder) + ": the disk has " +
-                                       byteCount(static_cast<double>(space.available)) + " free, and the " +
-                                       std::to_string(names.size()) + " surfaces of this run need about " +
-                                       byteCount(static_cast<double>(needed)) + "; make room or run fewer epochs");
+    const fs::space_info space = fs::space(folder, isUnknown);
+    if (!isUnknown && space.available < run.bytesNeeded) {
+        throw Failure(kExitOutput, nameOf(folder) + ": the disk has " +
+                                       byteCount(static_cast<double>(space.available)) +
+                                       " free, and the surfaces of this run need about " +
+                                       byteCount(static_cast<double>(run.bytesNeeded)) +
+                                       "; make room, run fewer epochs, or keep fewer frames with --frames");
     }
 }
 

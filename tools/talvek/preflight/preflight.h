@@ -6,6 +6,7 @@
 
 #include "mesh/object3d.h"
 #include "talvek/mineral_map/mineral_map_file.h"
+#include "talvek/plan/prepared_run.h"
 #include "talvek/plan/run_files.h"
 #include "talvek/plan/run_options.h"
 #include "talvek/plan/session_plan.h"
@@ -19,9 +20,8 @@ void requireSuitableMesh(const SessionPlan& plan, const Object3D& mesh, const Ru
 /// options where it is still to be put in place.
 std::optional<MapToPlace> requireMineralMap(const SessionPlan& plan, const RunOptions& options, const RunFiles& files);
 
-/// Throws Failure unless files can be created in the folder and the disk has room for the frames and for as many bytes
-/// besides.
-void requireRoom(const SessionPlan& plan, const Object3D& mesh, const RunFiles& files, bool withInputFrame,
-                 std::uint64_t besides = 0);
+/// Finds out how much room the run needs. Throws Failure unless files can be created in the folder, or where it is to
+/// be, and the disk has the room.
+void requireRoom(PreparedRun& run);
 
 }  // namespace talvek::host

@@ -1,6 +1,7 @@
 #include "talvek/preflight/preparation.h"
 
 #include <memory>
+#include <utility>
 
 #include "talvek/formats/mesh_file.h"
 #include "talvek/preflight/crust_warning.h"
@@ -9,6 +10,7 @@
 #include "talvek/preflight/movement_check.h"
 #include "talvek/preflight/movement_warnings.h"
 #include "talvek/preflight/option_check.h"
+#include "talvek/preflight/placement.h"
 #include "talvek/preflight/preflight.h"
 #include "talvek/preflight/size_warning.h"
 #include "talvek/preflight/texture_check.h"
@@ -19,27 +21,30 @@
 namespace talvek::host {
 
 PreparedRun prepareRun(const RunOptions& options, const SessionPlan& plan) {
-    PreparedRun run{
-        .files = RunFiles(options.mesh), .plan = plan, .keepInputFrame = options.keepInputFrame, .counts = {}};
+    PreparedRun run;
+    run.files = filesOfRun(options);
+    run.plan = plan;
+    run.keepInputFrame = options.keepInputFrame;
+    run.frames = options.frames;
     requireDefinedPair(plan, options);
     requirePossibleValues(plan);
     requireFreeLog(options, run.files, plan.numEpochs());
+    requireReplaceableParameters(options, run.files);
     if (lowerCaseExtension(options.mesh) == ".ply") {
         throw Failure(kExitMesh,
                       options.mesh + ": the simulation does not read PLY files; talvek convert makes an OBJ of it");
     }
-    const std::unique_ptr<Object3D> mesh = takeMesh(options.mesh, options.acceptsLoss);
+    std::shared_ptr<const Object3D> mesh = takeMesh(options.mesh, options.acceptsLoss);
     requireSuitableMesh(plan, *mesh, run.files);
     requireFiniteDeltas(plan);
-    const std::optional<MapToPlace> map = requireMineralMap(plan, options, run.files);
-    requireRoom(plan, *mesh, run.files, run.keepInputFrame, map ? map->bytes.size() : 0);
-    printWarnings({textureWarning(plan.mode, *mesh), crustWarning(plan), sizeWarning(plan, *mesh)});
-    printWarnings(movementWarnings(plan, *mesh));
+    run.map = requireMineralMap(plan, options, run.files);
+    requireFreePlace(run.files, options.force);
+    run.mesh = std::move(mesh);
+    requireRoom(run);
+    printWarnings({textureWarning(plan.mode, *run.mesh), crustWarning(plan), sizeWarning(plan, *run.mesh)});
+    printWarnings(movementWarnings(plan, *run.mesh));
     if (plan.keepsVertices()) {
-        run.counts = ExpectedCounts{mesh->numVertices, mesh->numFaces};
-    }
-    if (map) {
-        placeMap(*map);
+        run.counts = ExpectedCounts{run.mesh->numVertices, run.mesh->numFaces};
     }
     return run;
 }

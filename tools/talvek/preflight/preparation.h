@@ -6,7 +6,7 @@
 
 namespace talvek::host {
 
-/// Warns of what is doubtful and puts the mineral map in its place. Throws Failure for a run that could not work.
+/// Warns of what is doubtful. Writes nothing. Throws Failure for a run that could not work.
 PreparedRun prepareRun(const RunOptions& options, const SessionPlan& plan);
 
 }  // namespace talvek::host

@@ -5,7 +5,7 @@
 #include <cmath>
 
 #include "talvek/inspect/mesh_size.h"
-#include "talvek/preflight/planned_movement.h"
+#include "talvek/plan/planned_movement.h"
 #include "talvek/support/messages.h"
 
 namespace talvek::host {

@@ -4,8 +4,8 @@
 #include <limits>
 #include <string>
 
+#include "talvek/plan/planned_movement.h"
 #include "talvek/plan/run_options.h"
-#include "talvek/preflight/planned_movement.h"
 #include "talvek/support/exit_status.h"
 #include "talvek/support/messages.h"
 

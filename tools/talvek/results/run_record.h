@@ -27,6 +27,8 @@ struct RecordedFile {
 /// How a surface differs from the one the run began with. Displacements are signed: positive outwards, in millimetres.
 struct SurfaceFigures {
     double mean = 0;
+    /// Each vertex weighted by the area around it.
+    double areaWeightedMean = 0;
     double smallest = 0;
     double largest = 0;
     /// 1, 5, 25, 50, 75, 95 and 99 per cent of the vertices have moved by this or less.

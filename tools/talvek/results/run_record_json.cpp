@@ -84,6 +84,7 @@ std::optional<SurfaceFigures> figuresIn(const json& object, const char* key) {
     }
     SurfaceFigures figures;
     figures.mean = numberIn(found->at("mean"));
+    figures.areaWeightedMean = numberIn(found->at("areaWeightedMean"));
     figures.smallest = numberIn(found->at("smallest"));
     figures.largest = numberIn(found->at("largest"));
     for (std::size_t i = 0; i < figures.percentiles.size(); ++i) {
@@ -171,11 +172,9 @@ Json jsonOf(const RecordedFile& file) {
 }
 
 Json jsonOf(const SurfaceFigures& figures) {
-    Json object = {{"mean", jsonOf(figures.mean)},
-                   {"smallest", jsonOf(figures.smallest)},
-                   {"largest", jsonOf(figures.largest)},
-                   {"percentiles", Json::array()},
-                   {"area", jsonOf(figures.area)}};
+    Json object = {{"mean", jsonOf(figures.mean)},         {"areaWeightedMean", jsonOf(figures.areaWeightedMean)},
+                   {"smallest", jsonOf(figures.smallest)}, {"largest", jsonOf(figures.largest)},
+                   {"percentiles", Json::array()},         {"area", jsonOf(figures.area)}};
     for (const double percentile : figures.percentiles) {
         object["percentiles"].push_back(jsonOf(percentile));
     }

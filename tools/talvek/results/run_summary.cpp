@@ -1,6 +1,5 @@
 #include "talvek/results/run_summary.h"
 
-#include <cstdio>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -17,10 +16,10 @@ namespace {
 /// In mode 2 the frames' vertices are those of a grid.
 void printDisplacement(const SessionPlan& plan, const SurfaceChange& change) {
     if (!plan.keepsVertices()) {
-        std::printf("the frames have vertices of their own, on a grid; displacements by vertex cannot be told\n");
+        say("the frames have vertices of their own, on a grid; displacements by vertex cannot be told");
     } else if (change.isByVertex && change.notFinite < change.vertices) {
-        std::printf("the surface moved by %s mm on average, by %s mm at most\n", briefNumber(change.mean).c_str(),
-                    briefNumber(change.largest).c_str());
+        say("the surface moved by " + briefNumber(change.mean) + " mm on average, by " + briefNumber(change.largest) +
+            " mm at most");
     }
 }
 
@@ -39,16 +38,35 @@ void reportChange(const RunFiles& files, const SessionPlan& plan) {
     printWarnings({text});
 }
 
-void printFiles(const RunFiles& files, const SessionPlan& plan) {
-    const std::int32_t epochs = static_cast<std::int32_t>(plan.epochs.size());
-    std::printf("%s: %s over %s\n", files.mesh.c_str(), countOf(static_cast<std::uint64_t>(epochs), "frame").c_str(),
-                countOf(plan.totalDays(), "day").c_str());
-    if (epochs > 0) {
-        std::printf("frames: %s%s%s\n", files.frame(1).c_str(), epochs > 1 ? " to " : "",
-                    epochs > 1 ? files.frame(epochs).c_str() : "");
+/// "a to b", or what there is of it.
+std::string keptFrames(const PreparedRun& run) {
+    std::int32_t first = 0;
+    std::int32_t last = 0;
+    std::uint64_t count = 0;
+    for (std::int32_t n = 1; n <= run.plan.numEpochs(); ++n) {
+        if (run.keepsFrame(n)) {
+            first = first == 0 ? n : first;
+            last = n;
+            ++count;
+        }
     }
-    std::printf("first and last surface: %s, %s\nrun log: %s\n", files.firstSurface.c_str(), files.lastSurface.c_str(),
-                files.log.c_str());
+    if (count == 0) {
+        return "none kept";
+    }
+    const bool areAll = count == static_cast<std::uint64_t>(run.plan.numEpochs());
+    return run.files.frame(first) + (count > 1 ? " to " + run.files.frame(last) : "") +
+           (areAll ? "" : ", " + std::to_string(count) + " kept");
+}
+
+void printFiles(const PreparedRun& run) {
+    const std::int32_t epochs = run.plan.numEpochs();
+    say(run.files.source + ": " + countOf(static_cast<std::uint64_t>(epochs), "frame") + " over " +
+        countOf(run.plan.totalDays(), "day"));
+    if (epochs > 0) {
+        say("frames: " + keptFrames(run));
+    }
+    say("first and last surface: " + run.files.firstSurface + ", " + run.files.lastSurface);
+    say("run log: " + run.files.log);
 }
 
 /// A longer run before this one leaves frames that are not of this run.
@@ -61,10 +79,10 @@ void warnOfOlderFrames(const RunFiles& files, const SessionPlan& plan) {
 
 }  // namespace
 
-void printSummary(const RunFiles& files, const SessionPlan& plan) {
-    printFiles(files, plan);
-    reportChange(files, plan);
-    warnOfOlderFrames(files, plan);
+void printSummary(const PreparedRun& run) {
+    printFiles(run);
+    reportChange(run.files, run.plan);
+    warnOfOlderFrames(run.files, run.plan);
 }
 
 }  // namespace talvek::host

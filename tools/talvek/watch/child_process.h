@@ -56,9 +56,9 @@ class ChildProcess {
     ChildEnd end_;
 };
 
-/// While one lives, Ctrl-C and a request to terminate end `child` instead of this program, which goes on to tidy up.
-/// There is at most one,
-/// and it goes before the child does.
+/// While one lives, Ctrl-C, a request to terminate and the end of the terminal end `child` instead of this program,
+/// which goes on to tidy up. A signal that this program was told to ignore when it was started ends neither. There is
+/// one guard at a time, and it does not outlive the child.
 class CancelGuard {
   public:
     explicit CancelGuard(ChildProcess& child);
@@ -67,6 +67,24 @@ class CancelGuard {
     ~CancelGuard();
 
     bool isCancelled() const;
+};
+
+/// A file that goes with this object, and also when Ctrl-C or the like ends the program before. There are at most
+/// kMostScratchFiles at a time.
+class ScratchFile {
+  public:
+    static constexpr int kMostScratchFiles = 4;
+
+    explicit ScratchFile(std::string name);
+    ScratchFile(const ScratchFile&) = delete;
+    ScratchFile& operator=(const ScratchFile&) = delete;
+    ~ScratchFile();
+
+    const std::string& name() const { return name_; }
+
+  private:
+    std::string name_;
+    int slot_ = -1;
 };
 
 /// The path of the running program.

@@ -5,12 +5,14 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
 #include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstring>
 #include <stdexcept>
 #include <system_error>
+#include <utility>
 
 #include "talvek/watch/child_process.h"
 
@@ -20,14 +22,48 @@ namespace {
 
 std::atomic<pid_t> cancellableChild = 0;
 std::atomic<bool> isCancelRequested = false;
-static_assert(std::atomic<pid_t>::is_always_lock_free, "signal handlers can use nothing else");
+std::array<std::atomic<const char*>, ScratchFile::kMostScratchFiles> scratchFiles{};
+static_assert(std::atomic<pid_t>::is_always_lock_free && std::atomic<const char*>::is_always_lock_free,
+              "signal handlers can use nothing else");
 
-void cancelChild(int /*signal*/) {
+constexpr std::array kEndingSignals = {SIGINT, SIGTERM, SIGHUP};
+
+/// With a child the program goes on; without one it ends as if there were no handler.
+void endByWish(int signal) {
     isCancelRequested.store(true);
     const pid_t child = cancellableChild.load();
     if (child > 0) {
         ::kill(child, SIGKILL);
+        return;
     }
+    for (const std::atomic<const char*>& file : scratchFiles) {
+        if (const char* const name = file.load()) {
+            ::unlink(name);
+        }
+    }
+    ::signal(signal, SIG_DFL);
+    ::raise(signal);
+}
+
+/// Whether the program was started with orders to ignore the signal, as nohup does, and shells for jobs behind them.
+bool isIgnored(int signal) {
+    struct sigaction action {};
+    return ::sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
+}
+
+void handleEndingSignals() {
+    static const bool areHandled = [] {
+        struct sigaction action {};
+        action.sa_handler = endByWish;
+        ::sigemptyset(&action.sa_mask);
+        for (const int signal : kEndingSignals) {
+            if (!isIgnored(signal)) {
+                ::sigaction(signal, &action, nullptr);
+            }
+        }
+        return true;
+    }();
+    static_cast<void>(areHandled);
 }
 
 [[noreturn]] void fail(const std::string& what, int error) {
@@ -42,8 +78,11 @@ class SpawnSettings {
         ::posix_spawnattr_init(&attributes);
         sigset_t handledByDefault;
         ::sigemptyset(&handledByDefault);
-        ::sigaddset(&handledByDefault, SIGINT);
-        ::sigaddset(&handledByDefault, SIGTERM);
+        for (const int signal : kEndingSignals) {
+            if (!isIgnored(signal)) {
+                ::sigaddset(&handledByDefault, signal);
+            }
+        }
         ::posix_spawnattr_setsigdefault(&attributes, &handledByDefault);
         ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF);
     }
@@ -148,31 +187,36 @@ void ChildProcess::kill() {
     }
 }
 
-namespace {
-
-void handleWith(void (*handler)(int)) {
-    struct sigaction action {};
-    action.sa_handler = handler;
-    ::sigemptyset(&action.sa_mask);
-    ::sigaction(SIGINT, &action, nullptr);
-    ::sigaction(SIGTERM, &action, nullptr);
-}
-
-}  // namespace
-
 CancelGuard::CancelGuard(ChildProcess& child) {
     isCancelRequested.store(false);
     cancellableChild.store(static_cast<pid_t>(child.id()));
-    handleWith(cancelChild);
+    handleEndingSignals();
 }
 
 CancelGuard::~CancelGuard() {
     cancellableChild.store(0);
-    handleWith(SIG_DFL);
 }
 
 bool CancelGuard::isCancelled() const {
     return isCancelRequested.load();
+}
+
+ScratchFile::ScratchFile(std::string name) : name_(std::move(name)) {
+    handleEndingSignals();
+    while (slot_ + 1 < kMostScratchFiles) {
+        const char* none = nullptr;
+        if (scratchFiles[static_cast<std::size_t>(++slot_)].compare_exchange_strong(none, name_.c_str())) {
+            return;
+        }
+    }
+    slot_ = -1;
+}
+
+ScratchFile::~ScratchFile() {
+    ::unlink(name_.c_str());
+    if (slot_ >= 0) {
+        scratchFiles[static_cast<std::size_t>(slot_)].store(nullptr);
+    }
 }
 
 std::string programPath() {

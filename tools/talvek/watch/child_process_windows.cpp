@@ -5,6 +5,7 @@
 #endif
 #include <windows.h>
 
+#include <array>
 #include <atomic>
 #include <cstdio>
 #include <stdexcept>
@@ -25,14 +26,27 @@ constexpr int kMaxStarts = 5;
 
 std::atomic<HANDLE> cancellableChild = nullptr;
 std::atomic<bool> isCancelRequested = false;
+std::array<std::atomic<const char*>, ScratchFile::kMostScratchFiles> scratchFiles{};
 
-BOOL WINAPI cancelChild(DWORD /*event*/) {
+/// With a child the program goes on; without one it ends as if there were no handler.
+BOOL WINAPI endByWish(DWORD /*event*/) {
     isCancelRequested.store(true);
     const HANDLE child = cancellableChild.load();
     if (child != nullptr) {
         ::TerminateProcess(child, kKilledCode);
+        return TRUE;
     }
-    return TRUE;
+    for (const std::atomic<const char*>& file : scratchFiles) {
+        if (const char* const name = file.load()) {
+            ::DeleteFileA(name);
+        }
+    }
+    return FALSE;
+}
+
+void handleConsoleEvents() {
+    static const BOOL areHandled = ::SetConsoleCtrlHandler(endByWish, TRUE);
+    static_cast<void>(areHandled);
 }
 
 HANDLE handleOf(std::intptr_t handle) {
@@ -183,16 +197,33 @@ void ChildProcess::kill() {
 CancelGuard::CancelGuard(ChildProcess& child) {
     isCancelRequested.store(false);
     cancellableChild.store(handleOf(child.process_));
-    ::SetConsoleCtrlHandler(cancelChild, TRUE);
+    handleConsoleEvents();
 }
 
 CancelGuard::~CancelGuard() {
-    ::SetConsoleCtrlHandler(cancelChild, FALSE);
     cancellableChild.store(nullptr);
 }
 
 bool CancelGuard::isCancelled() const {
     return isCancelRequested.load();
+}
+
+ScratchFile::ScratchFile(std::string name) : name_(std::move(name)) {
+    handleConsoleEvents();
+    while (slot_ + 1 < kMostScratchFiles) {
+        const char* none = nullptr;
+        if (scratchFiles[static_cast<std::size_t>(++slot_)].compare_exchange_strong(none, name_.c_str())) {
+            return;
+        }
+    }
+    slot_ = -1;
+}
+
+ScratchFile::~ScratchFile() {
+    ::DeleteFileA(name_.c_str());
+    if (slot_ >= 0) {
+        scratchFiles[static_cast<std::size_t>(slot_)].store(nullptr);
+    }
 }
 
 std::string programPath() {

@@ -1,9 +1,6 @@
 #include "talvek/watch/frame_check.h"
 
-#include <algorithm>
-#include <chrono>
-#include <system_error>
-#include <thread>
+#include <filesystem>
 
 #include "Vexo_Lib/load3d.h"
 #include "talvek/support/exit_status.h"
@@ -12,57 +9,32 @@
 
 namespace talvek::host {
 
-namespace fs = std::filesystem;
-
-namespace {
-
-// How far apart two writes have to be for their times to differ.
-#ifdef _WIN32
-constexpr std::chrono::milliseconds kTimeResolution{2000};
-#else
-constexpr std::chrono::milliseconds kTimeResolution{20};
-#endif
-
-void waitUntilTimesDifferFrom(fs::file_time_type written) {
-    const auto age = fs::file_time_type::clock::now() - written;
-    if (age < kTimeResolution) {
-        std::this_thread::sleep_for(kTimeResolution);
-    }
-}
-
-}  // namespace
-
 FrameCheck::FrameCheck(const std::vector<std::string>& names, std::optional<ExpectedCounts> expected)
     : expected_(expected) {
-    Time newest = Time::min();
     for (const std::string& name : names) {
-        std::error_code isAbsent;
-        const Time written = fs::last_write_time(pathOf(name), isAbsent);
-        if (!isAbsent) {
-            earlier_.emplace(name, written);
-            newest = std::max(newest, written);
+        if (const auto identity = system::identityOf(name.c_str())) {
+            earlier_.emplace(name, *identity);
         }
-    }
-    if (!earlier_.empty()) {
-        waitUntilTimesDifferFrom(newest);
     }
 }
 
 bool FrameCheck::isNew(const std::string& name) const {
-    std::error_code isAbsent;
-    const Time written = fs::last_write_time(pathOf(name), isAbsent);
+    if (checked_.contains(name)) {
+        return true;
+    }
+    const auto identity = system::identityOf(name.c_str());
     const auto earlier = earlier_.find(name);
-    return !isAbsent && (earlier == earlier_.end() || earlier->second != written);
+    return identity && (earlier == earlier_.end() || earlier->second != *identity);
 }
 
-void FrameCheck::check(const std::string& name) {
+std::unique_ptr<Object3D> FrameCheck::check(const std::string& name) {
     if (!isNew(name)) {
-        const bool isOld = fs::exists(pathOf(name));
+        const bool isOld = std::filesystem::exists(pathOf(name));
         throw Failure(kExitFrame, name + ": the frame could not be written; " +
                                       (isOld ? "the file of that name is from an earlier run; " : "") +
                                       "look for room on the disk and for write permission");
     }
-    const std::unique_ptr<Object3D> mesh = LoadMeshFile(name.c_str());
+    std::unique_ptr<Object3D> mesh = LoadMeshFile(name.c_str());
     if (mesh == nullptr) {
         throw Failure(kExitFrame, name + ": the frame cannot be read back");
     }
@@ -76,6 +48,8 @@ void FrameCheck::check(const std::string& name) {
         throw Failure(kExitNoVertices, name + ": the frame holds no vertices; in mode 2 the faces have to lie in " +
                                            "[0, 1) of texture space and run counter-clockwise there");
     }
+    checked_.insert(name);
+    return mesh;
 }
 
 }  // namespace talvek::host

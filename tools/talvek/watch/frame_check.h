@@ -2,12 +2,15 @@
 // write, so it is found out here.
 #pragma once
 
-#include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
+#include "base/system.h"
+#include "mesh/object3d.h"
 #include "talvek/plan/prepared_run.h"
 
 namespace talvek::host {
@@ -19,14 +22,14 @@ class FrameCheck {
     FrameCheck(const std::vector<std::string>& names, std::optional<ExpectedCounts> expected);
 
     /// Reads a file that should be complete by now. Throws Failure when it is not.
-    void check(const std::string& name);
+    std::unique_ptr<Object3D> check(const std::string& name);
 
-    /// Whether a file of the run has been written since.
+    /// Whether a file of the run has been written since, even if it has gone after its check.
     bool isNew(const std::string& name) const;
 
   private:
-    using Time = std::filesystem::file_time_type;
-    std::unordered_map<std::string, Time> earlier_;
+    std::unordered_map<std::string, system::FileIdentity> earlier_;
+    std::unordered_set<std::string> checked_;
     std::optional<ExpectedCounts> expected_;
 };
 

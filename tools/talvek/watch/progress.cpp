@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "api/session/log_lines.h"
+#include "talvek/support/messages.h"
 
 namespace talvek::host {
 
@@ -15,19 +16,6 @@ std::optional<std::int32_t> announcedEpoch(std::string_view line) {
         return std::nullopt;
     }
     return number;
-}
-
-std::string clockTime(std::uint64_t seconds) {
-    const auto hours = static_cast<unsigned>(seconds / 3600);
-    const auto minutes = static_cast<unsigned>(seconds / 60 % 60);
-    const auto rest = static_cast<unsigned>(seconds % 60);
-    char text[48];
-    if (hours > 0) {
-        std::snprintf(text, sizeof text, "%u:%02u:%02u", hours, minutes, rest);
-    } else {
-        std::snprintf(text, sizeof text, "%u:%02u", minutes, rest);
-    }
-    return text;
 }
 
 std::string progressText(std::int32_t epoch, std::int32_t numEpochs, double seconds) {
@@ -41,14 +29,27 @@ std::string progressText(std::int32_t epoch, std::int32_t numEpochs, double seco
     return text;
 }
 
-ProgressLine::ProgressLine(std::int32_t numEpochs, bool isShown) : numEpochs_(numEpochs), isShown_(isShown) {}
+ProgressLine::ProgressLine(std::int32_t numEpochs, ProgressKind kind) : numEpochs_(numEpochs), kind_(kind) {}
 
 ProgressLine::~ProgressLine() {
     clear();
 }
 
+void ProgressLine::printTenth(std::int32_t done) {
+    constexpr std::int32_t kTenths = 10;
+    const std::int32_t tenths = kTenths * done / numEpochs_;
+    if (numEpochs_ >= kTenths && tenths > tenths_) {
+        tenths_ = tenths;
+        std::fprintf(stderr, "%d %% done, %d of %d epochs\n", static_cast<int>(tenths * kTenths),
+                     static_cast<int>(done), static_cast<int>(numEpochs_));
+    }
+}
+
 void ProgressLine::show(std::int32_t epoch) {
-    if (!isShown_) {
+    if (kind_ == ProgressKind::kLines) {
+        printTenth(epoch - 1);
+    }
+    if (kind_ != ProgressKind::kTerminal) {
         return;
     }
     const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - begin_;

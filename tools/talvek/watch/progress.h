@@ -12,12 +12,12 @@ namespace talvek::host {
 /// The number in a line that announces an epoch; nothing in any other line.
 std::optional<std::int32_t> announcedEpoch(std::string_view line);
 
-/// "0:42", "1:02:03"
-std::string clockTime(std::uint64_t seconds);
+/// A terminal gets one line that changes; anything else a line every ten per cent, of runs that have as many epochs.
+enum class ProgressKind : std::uint8_t { kNone, kTerminal, kLines };
 
 class ProgressLine {
   public:
-    ProgressLine(std::int32_t numEpochs, bool isShown);
+    ProgressLine(std::int32_t numEpochs, ProgressKind kind);
     ProgressLine(const ProgressLine&) = delete;
     ProgressLine& operator=(const ProgressLine&) = delete;
     /// Clears the line.
@@ -28,8 +28,11 @@ class ProgressLine {
     void clear();
 
   private:
+    void printTenth(std::int32_t done);
+
     std::int32_t numEpochs_;
-    bool isShown_;
+    ProgressKind kind_;
+    std::int32_t tenths_ = 0;
     std::size_t width_ = 0;
     std::chrono::steady_clock::time_point begin_ = std::chrono::steady_clock::now();
 };

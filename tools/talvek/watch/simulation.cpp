@@ -18,30 +18,22 @@ namespace talvek::host {
 
 namespace {
 
-/// The plan on its way to the child, which removes the file when it has read it.
-class PlanFile {
-  public:
-    explicit PlanFile(const PreparedRun& run)
-        : name_(nameOf(run.files.folder / (std::string(kUnfinishedPrefix) + std::to_string(system::processId()) +
-                                           "-plan" + std::string(kParametersExtension)))) {
-        OutputFile file(name_.c_str());
-        file.write(parameterText(run.plan));
-        if (!file.finish()) {
-            throw Failure(kExitOutput, name_ + ": the plan of the run cannot be written; look for room on the disk");
-        }
+/// How the plan's file is called on its way to the child, which removes it when it has read it.
+std::string planName(const PreparedRun& run) {
+    return nameOf(run.files.folder / (std::string(kUnfinishedPrefix) + std::to_string(system::processId()) + "-plan" +
+                                      std::string(kParametersExtension)));
+}
+
+void writePlan(const SessionPlan& plan, const std::string& name) {
+    OutputFile file(name.c_str());
+    file.write(parameterText(plan));
+    if (!file.finish()) {
+        throw Failure(kExitOutput, name + ": the plan of the run cannot be written; look for room on the disk");
     }
-    PlanFile(const PlanFile&) = delete;
-    PlanFile& operator=(const PlanFile&) = delete;
-    ~PlanFile() { system::removeFile(name_.c_str()); }
+}
 
-    const std::string& name() const { return name_; }
-
-  private:
-    std::string name_;
-};
-
-std::vector<std::string> childCommand(const PreparedRun& run, const RunOptions& options, const PlanFile& plan) {
-    std::vector<std::string> command = {programPath(), kSessionCommand, run.files.mesh, plan.name()};
+std::vector<std::string> childCommand(const PreparedRun& run, const RunOptions& options, const std::string& plan) {
+    std::vector<std::string> command = {programPath(), kSessionCommand, run.files.mesh, plan};
     if (run.keepInputFrame) {
         command.emplace_back("--keep-input-frames");
     }
@@ -86,22 +78,31 @@ void requireMapWasLoaded(std::string_view line, const RunFiles& files) {
     }
 }
 
+ProgressKind progressFor(const RunOptions& options) {
+    if (options.isVerbose || options.isQuiet || options.asJson) {
+        return ProgressKind::kNone;
+    }
+    return hasTerminal() ? ProgressKind::kTerminal : ProgressKind::kLines;
+}
+
 }  // namespace
 
-int simulate(const PreparedRun& run, const RunOptions& options, FrameCheck& frames) {
+int simulate(const PreparedRun& run, const RunOptions& options, const FrameCheck& frames,
+             const std::function<void(std::int32_t number)>& takeFrame) {
     const std::int32_t numEpochs = run.plan.numEpochs();
-    ProgressLine progress(numEpochs, hasTerminal() && !options.isVerbose);
+    ProgressLine progress(numEpochs, progressFor(options));
     LibraryLines lines(options.log, options.isVerbose, [&](std::string_view line) {
         requireMapWasLoaded(line, run.files);
         if (const std::optional<std::int32_t> epoch = announcedEpoch(line)) {
             progress.show(*epoch);
             if (*epoch > 1) {
-                frames.check(run.files.frame(*epoch - 1));
+                takeFrame(*epoch - 1);
             }
         }
     });
-    const PlanFile plan(run);
-    ChildProcess child(childCommand(run, options, plan));
+    const ScratchFile planFile(planName(run));
+    writePlan(run.plan, planFile.name());
+    ChildProcess child(childCommand(run, options, planFile.name()));
     const CancelGuard guard(child);
     try {
         readAll(child, [&lines](std::string_view piece) { lines.feed(piece); });

@@ -1,4 +1,4 @@
-#include "talvek/preflight/planned_movement.h"
+#include "talvek/plan/planned_movement.h"
 
 #include <cmath>
 #include <cstddef>
