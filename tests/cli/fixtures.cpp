@@ -187,6 +187,33 @@ void writePlyFixtures(const TempFolder& folder) {
     writeFile(folder.file("index.ply"), kPlyIndexTooLarge);
 }
 
+void writeTableFixtures(const TempFolder& folder) {
+    writeFile(folder.file("years.csv"),
+              "\xEF\xBB\xBF# a station\r\nstart,end,so2_ug_m3,rain_mm,ph,note\r\n"
+              "1990-01-01,1990-12-31,26,780,4.5,\"as measured, twice\"\r\n1991/01/01,31.01.1992,20,800,4.6,\r\n");
+    writeFile(folder.file("german.csv"),
+              "start;end;so2_ppb;ph\n01.01.1990;31.01.1990;10,5;4,5\n01.02.1990;28.02.1990;9;4,6\n");
+    writeFile(folder.file("gap.csv"), "start,end\n1990-01-01,1990-01-31\n1990-02-03,1990-02-28\n");
+    writeFile(folder.file("overlap.csv"), "start,end\n1990-01-01,1990-01-31\n1990-01-31,1990-02-28\n");
+    writeFile(folder.file("holes.csv"), "days,so2_ppb\n10,5\n10,\n");
+    writeFile(folder.file("marks.csv"), "days,so2_ppb\n10,5\n10,-999\n");
+    writeFile(folder.file("unknown.csv"), "days,so2_pbb\n10,5\n");
+    writeFile(folder.file("twice.csv"), "days,so2,so2_ppb\n10,1e-13,5\n");
+    writeFile(folder.file("cells.csv"), "days,ph\n10,4,5\n");
+    writeFile(folder.file("other.csv"), "days,so2\n10,10\n");
+    writeFile(folder.file("words.csv"), "days,ph\n10,sour\n");
+    writeFile(folder.file("sour.csv"), "days,ph\n10,15\n");
+    writeFile(folder.file("timeless.csv"), "ph\n4.5\n");
+    writeFile(folder.file("noday.csv"), "start,end\n1990-02-30,1990-03-31\n");
+    writeFile(folder.file("bare.csv"), "days,ph\n");
+    std::string rows = "days,ph\n";
+    for (int i = 0; i < 4000; ++i) {
+        rows += "1,4.5\n";
+    }
+    writeFile(folder.file("long.csv"), rows);
+    writeFile(folder.file("longer.csv"), rows + "1,4.5\n");
+}
+
 }  // namespace
 
 void writeFixtures(const TempFolder& folder) {
@@ -232,6 +259,7 @@ void writeFixtures(const TempFolder& folder) {
     writeObjFixtures(folder);
     writeVrmlFixtures(folder);
     writeMapFixtures(folder);
+    writeTableFixtures(folder);
     writeFile(folder.file("two.cfg"),
               "mode = 1;\nmodel = 1;\nmtl = 0.14, 0.11, 544.3, 312, 375, 2452, 100.9, 2.714;\nepcs = 2;\n"
               "epc_1 = 100, 4e-13, 1e-12, 1, 5;\nepc_2 = 200, 4e-13, 1e-12, 1, 5;\n");

@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <string_view>
 
 #include "cli/program.h"
 #include "example_stone/carved_block.h"
@@ -35,6 +36,26 @@ std::vector<Example> guideExamples() {
     return examples;
 }
 
+/// A block marked "csv NAME" is a file of that name.
+void writeTables(const TempFolder& folder) {
+    constexpr std::string_view kTable = "```csv ";
+    std::ifstream guide(TALVEK_USER_GUIDE);
+    std::string name;
+    std::string content;
+    for (std::string line; std::getline(guide, line);) {
+        line = withoutCarriageReturns(line);
+        if (line.starts_with(kTable)) {
+            name = line.substr(kTable.size());
+        } else if (line == "```" && !name.empty()) {
+            writeFile(folder.file(name), content);
+            name.clear();
+            content.clear();
+        } else if (!name.empty()) {
+            content += line + "\n";
+        }
+    }
+}
+
 /// The stone is made here as the guide's first command makes it.
 void makeStone(const TempFolder& folder) {
     writeFile(folder.file("stone.obj"), example::objText(example::makeCarvedBlock()));
@@ -46,6 +67,7 @@ TEST(UserGuide, ShowsWhatTheProgramPrints) {
     const std::filesystem::path before = std::filesystem::current_path();
     std::filesystem::current_path(folder.path());
     makeStone(folder);
+    writeTables(folder);
     int numRun = 0;
     unsigned status = 0;
     for (const Example& example : guideExamples()) {

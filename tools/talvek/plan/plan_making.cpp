@@ -2,11 +2,15 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <utility>
 
 #include "base/number_text.h"
+#include "talvek/plan/epoch_table.h"
 #include "talvek/plan/mode_names.h"
 #include "talvek/plan/parameter_source.h"
+#include "talvek/plan/units.h"
 #include "talvek/support/exit_status.h"
+#include "talvek/support/messages.h"
 
 namespace talvek::host {
 
@@ -108,10 +112,49 @@ void applyEpochOptions(SessionPlan& plan, const PlanOptions& options) {
     }
 }
 
+[[noreturn]] void refuseBesideTable(const std::string& option) {
+    throw Failure(kExitUsage, option + " has no effect beside --epoch-table; leave it out");
+}
+
+void requireNoOtherEpochs(const SessionPlan& plan, const PlanOptions& options) {
+    if (plan.isOffsetting()) {
+        throw Failure(kExitUsage, "--epoch-table has gases and rain, and " + modeName(plan.mode) + " takes offsets");
+    }
+    if (options.epochs) {
+        refuseBesideTable("--epochs");
+    }
+    if (!options.days.empty()) {
+        refuseBesideTable("--days");
+    }
+}
+
+/// Values that the table has no column for come from the options, or are the default ones.
+void takeTable(SessionPlan& plan, const PlanOptions& options) {
+    requireNoOtherEpochs(plan, options);
+    const PlannedEpoch defaults = defaultEpoch(plan.mode);
+    TableEpochs table = readEpochTable(options.epochTable, options.emptyCells, defaults);
+    for (std::size_t slot = 0; slot < TALVEK_EPOCH_PARAMS; ++slot) {
+        const std::string name = kEnvironmentOptions[slot] + 2;
+        const bool isOption = !options.environment[slot].empty();
+        if (table.isGiven[slot] && isOption) {
+            throw Failure(kExitUsage, options.epochTable + " has a column for " + name + ", and --" + name +
+                                          " gives it too; leave one out");
+        }
+        if (!table.isGiven[slot] && !isOption) {
+            printWarning(options.epochTable + ": there is no column for " + name + "; every epoch takes " +
+                         briefNumber(defaults.value(slot)) + " " + std::string(unitsOfValue(slot).own));
+        }
+    }
+    plan.epochs = std::move(table.epochs);
+}
+
 }  // namespace
 
 SessionPlan makePlan(const PlanOptions& options) {
     SessionPlan plan = options.config.empty() ? planOfDefaults(options) : planOfConfig(options);
+    if (!options.epochTable.empty()) {
+        takeTable(plan, options);
+    }
     applyEpochOptions(plan, options);
     for (std::size_t i = 0; i < options.material.size(); ++i) {
         if (options.material[i]) {

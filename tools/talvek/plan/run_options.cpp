@@ -7,6 +7,7 @@
 
 #include "api/session/operating_modes.h"
 #include "talvek/formats/mesh_file.h"
+#include "talvek/plan/units.h"
 
 namespace talvek::host {
 
@@ -15,9 +16,10 @@ namespace {
 using Family = ModelChoice::Family;
 
 /// A number, defined or not: whether a mode or model is defined is for the run to say.
-std::optional<std::int32_t> wholeNumber(const std::string& text) {
-    std::int32_t number = 0;
-    return CLI::detail::lexical_cast(text, number) ? std::optional(number) : std::nullopt;
+std::optional<std::int32_t> smallNumber(const std::string& text) {
+    const std::optional<std::int64_t> number = wholeNumber(text);
+    return number && *number == static_cast<std::int32_t>(*number) ? std::optional(static_cast<std::int32_t>(*number))
+                                                                   : std::nullopt;
 }
 
 std::string listOfModes() {
@@ -44,7 +46,7 @@ std::int32_t parseMode(const std::string& text) {
     if (named != kOperatingModes.end()) {
         return static_cast<std::int32_t>(named - kOperatingModes.begin());
     }
-    if (const auto number = wholeNumber(text)) {
+    if (const auto number = smallNumber(text)) {
         return *number;
     }
     throw CLI::ValidationError("--mode", "no mode " + text + "; a number 0 to 3 or one of " + listOfModes());
@@ -64,7 +66,7 @@ ModelChoice parseModel(const std::string& text) {
     if (const auto rate = modelCalled(text, kRateModels)) {
         return {*rate, Family::kWeathering};
     }
-    if (const auto number = wholeNumber(text)) {
+    if (const auto number = smallNumber(text)) {
         return {*number, Family::kAny};
     }
     throw CLI::ValidationError("--model", "no model " + text + "; a number 0 to 3 or one of " + listOfModels());
@@ -78,7 +80,7 @@ FrameChoice parseFrames(const std::string& text) {
     if (text == "last" || text == "none") {
         return {.every = 0, .keepsLast = text == "last"};
     }
-    if (const auto number = text.starts_with(kEvery) ? wholeNumber(text.substr(kEvery.size())) : std::nullopt) {
+    if (const auto number = text.starts_with(kEvery) ? smallNumber(text.substr(kEvery.size())) : std::nullopt) {
         if (*number >= 1) {
             return {.every = *number, .keepsLast = true};
         }
@@ -108,12 +110,55 @@ std::vector<std::string> splitList(const std::string& option, const std::string&
 }
 
 std::uint32_t parseDays(const std::string& option, const std::string& text) {
-    std::uint32_t days = 0;
-    if (!CLI::detail::lexical_cast(text, days) || days < 1 || days > TALVEK_MAX_EPOCH_DAYS) {
+    const bool areYears = text.ends_with('y');
+    const std::optional<Measured> measured = splitMeasured(text);
+    const bool hasUnit = measured && (measured->unit == "y" || measured->unit == "d");
+    const std::optional<std::int64_t> days = hasUnit && areYears
+                                                 ? wholeNumber(std::to_string(measured->number * kYearDays))
+                                                 : wholeNumber(hasUnit ? measured->numberText : text);
+    if (!days || *days < 1 || *days > TALVEK_MAX_EPOCH_DAYS) {
         throw CLI::ValidationError(option,
                                    text + " is not a number of days, 1 to " + std::to_string(TALVEK_MAX_EPOCH_DAYS));
     }
-    return days;
+    return static_cast<std::uint32_t>(*days);
+}
+
+std::int32_t parseEpochs(const std::string& text) {
+    const std::optional<std::int32_t> number = smallNumber(text);
+    if (!number || *number < 1 || *number > TALVEK_MAX_EPOCHS) {
+        throw CLI::ValidationError("--epochs",
+                                   text + " is not a number of epochs, 1 to " + std::to_string(TALVEK_MAX_EPOCHS));
+    }
+    return *number;
+}
+
+EmptyCells parseFill(const std::string& text) {
+    if (text == "default") {
+        return EmptyCells::kDefault;
+    }
+    if (text == "previous") {
+        return EmptyCells::kPrevious;
+    }
+    throw CLI::ValidationError("--fill", text + " is none of default, previous");
+}
+
+/// The option of one of the four values; Slot counts them as the interface does.
+template <std::size_t Slot>
+float parseValue(const std::string& option, const std::string& text) {
+    const std::optional<Measured> measured = splitMeasured(text);
+    if (!measured || measured->unit.empty()) {
+        const float value = parseFinite(option, text);
+        const std::string other = otherUnitText(Slot, static_cast<double>(value), text);
+        if (!other.empty()) {
+            throw CLI::ValidationError(option, other);
+        }
+        return value;
+    }
+    const std::optional<double> value = inOwnUnit(Slot, *measured);
+    if (!value) {
+        throw CLI::ValidationError(option, text + " is in no unit of this value, which are " + unitNames(Slot));
+    }
+    return static_cast<float>(*value);
 }
 
 /// Adds an option that takes one value for all epochs, or one for each with commas between.
@@ -133,11 +178,7 @@ void addList(CLI::App& command, const std::string& name, std::vector<Value>& val
         ->type_name(typeName);
 }
 
-void addEpochValues(CLI::App& command, const char* name, EpochValues& values, const std::string& description) {
-    addList(command, name, values, parseFinite, description, "X[,X...]");
-}
-
-void addChoice(CLI::App& command, RunOptions& options) {
+void addChoice(CLI::App& command, PlanOptions& options) {
     command
         .add_option_function<std::string>(
             "--mode", [&options](const std::string& text) { options.mode = parseMode(text); },
@@ -149,34 +190,41 @@ void addChoice(CLI::App& command, RunOptions& options) {
             "Weathering model: 1 so2, 2 so2-no2, 3 acid-rain (default);\n"
             "in mode 0: 0 constant (default), 1 random, 2 smoothing")
         ->type_name("MODEL");
-    command.add_option("--epochs", options.epochs, "Number of epochs, 1 to 4000 (default 1)")
-        ->check(CLI::Range(1, static_cast<int>(TALVEK_MAX_EPOCHS)))
+    command
+        .add_option_function<std::string>(
+            "--epochs", [&options](const std::string& text) { options.epochs = parseEpochs(text); },
+            "Number of epochs, 1 to 4000 (default 1)")
         ->type_name("N");
-    addList(command, "--days", options.days, parseDays, "Days of every epoch, or of each, 1 to 1000000 (default 365)",
-            "D[,D...]");
+    addList(command, "--days", options.days, parseDays,
+            "Days of every epoch, or of each, 1 to 1000000, or years of 365 days: 10y (default 365)", "D[,D...]");
 }
 
-void addEnvironment(CLI::App& command, RunOptions& options) {
-    constexpr const char* kDescriptions[] = {"SO2, in the unit of parameter files (default 4.09e-13)",
-                                             "NO2, in the unit of parameter files (default 1.023e-12)",
-                                             "Rain volume (default 1.13)", "Rain acidity, a pH (default 4.5)"};
-    constexpr const char* kOffsetDescriptions[] = {
-        "Mode 0: constant offset per day, mm", "Mode 0: mean offset per day, mm",
-        "Mode 0: spread of the offset per day, mm", "Mode 0: smoothing amount per day"};
-    for (std::size_t i = 0; i < TALVEK_EPOCH_PARAMS; ++i) {
-        addEpochValues(command, kEnvironmentOptions[i], options.environment[i], kDescriptions[i]);
-    }
-    for (std::size_t i = 0; i < TALVEK_EPOCH_PARAMS; ++i) {
-        addEpochValues(command, kOffsetOptions[i], options.offsets[i], kOffsetDescriptions[i]);
-    }
-}
-
-void addMaterial(CLI::App& command, RunOptions& options) {
+void addEnvironment(CLI::App& command, PlanOptions& options) {
     constexpr const char* kDescriptions[] = {
-        "diffusion coefficient of the SO2 crust", "diffusion coefficient of the SO2+NO2 crust",
-        "first resistance of the SO2 crust",      "second resistance of the SO2 crust",
-        "resistance of the SO2+NO2 crust",        "rate constant of dry recession",
-        "factor of the deposited mass",           "density that divides the deposited mass"};
+        "SO2 in mol/cm3, or with a unit: 26ug/m3, 10ppb, 5ugS/m3 (default 4.09e-13)",
+        "NO2 in mol/cm3, or with a unit: 40ug/m3, 25ppb, 5ugN/m3 (default 1.023e-12)",
+        "Rain in m a year of 365 days, or with a unit: 780mm (default 1.13)",
+        "Acidity of the rain, a pH (default 4.5)"};
+    constexpr const char* kOffsetDescriptions[] = {
+        "Mode 0: constant offset, mm per day", "Mode 0: mean offset, mm per day",
+        "Mode 0: spread of the offset, mm per day", "Mode 0: smoothing amount, mm2 per day"};
+    constexpr float (*kParsers[])(const std::string&, const std::string&) = {parseValue<0>, parseValue<1>,
+                                                                             parseValue<2>, parseValue<3>};
+    constexpr const char* kList = "X[,X...]";
+    for (std::size_t i = 0; i < TALVEK_EPOCH_PARAMS; ++i) {
+        addList(command, kEnvironmentOptions[i], options.environment[i], kParsers[i], kDescriptions[i], kList);
+    }
+    for (std::size_t i = 0; i < TALVEK_EPOCH_PARAMS; ++i) {
+        addList(command, kOffsetOptions[i], options.offsets[i], parseFinite, kOffsetDescriptions[i], kList);
+    }
+}
+
+void addMaterial(CLI::App& command, PlanOptions& options) {
+    constexpr const char* kDescriptions[] = {
+        "diffusion coefficient of the SO2 crust, cm2/h",  "diffusion coefficient of the SO2+NO2 crust, cm2/h",
+        "first resistance of the SO2 crust, cm/h",        "second resistance of the SO2 crust, cm/h",
+        "resistance of the SO2+NO2 crust, cm/h",          "rate constant of dry recession, cm/h",
+        "molar mass of what is deposited or lost, g/mol", "its density, g/cm3"};
     for (std::size_t i = 0; i < TALVEK_MATERIAL_PARAMS; ++i) {
         const std::string name = materialOption(i);
         std::optional<float>& value = options.material[i];
@@ -188,12 +236,24 @@ void addMaterial(CLI::App& command, RunOptions& options) {
     }
 }
 
+void addSources(CLI::App& command, PlanOptions& options) {
+    command.add_option("--config", options.config, "Parameter file (.cfg) to start from; other options win")
+        ->type_name("FILE");
+    CLI::Option* const table =
+        command.add_option("--epoch-table", options.epochTable, "Table of epochs (CSV), one row an epoch")
+            ->type_name("FILE");
+    command
+        .add_option_function<std::string>(
+            "--fill", [&options](const std::string& text) { options.emptyCells = parseFill(text); },
+            "What empty cells of the table stand for: default or previous (default: an error)")
+        ->type_name("WITH")
+        ->needs(table);
+}
+
 void addFiles(CLI::App& command, RunOptions& options) {
     command.add_option("MESH", options.mesh, "Mesh of the stone: " + runExtensions("or") + ", in millimetres")
         ->required()
         ->type_name("");
-    command.add_option("--config", options.config, "Parameter file (.cfg) to start from; other options win")
-        ->type_name("FILE");
     command.add_option("--out", options.outFolder, "Folder for every file of the run, made when absent")
         ->type_name("DIR");
     command
@@ -229,11 +289,16 @@ std::string materialOption(std::size_t index) {
     return name;
 }
 
-void addRunArguments(CLI::App& command, RunOptions& options) {
-    addFiles(command, options);
+void addPlanArguments(CLI::App& command, PlanOptions& options) {
+    addSources(command, options);
     addChoice(command, options);
     addEnvironment(command, options);
     addMaterial(command, options);
+}
+
+void addRunArguments(CLI::App& command, RunOptions& options) {
+    addFiles(command, options);
+    addPlanArguments(command, options);
 }
 
 }  // namespace talvek::host

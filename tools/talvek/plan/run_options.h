@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "talvek.h"
+#include "talvek/plan/epoch_table.h"
 
 namespace CLI {  // NOLINT(readability-identifier-naming): the name that the library gave it
 class App;
@@ -39,6 +40,9 @@ struct PlanOptions {
     std::array<std::optional<float>, TALVEK_MATERIAL_PARAMS> material;
     /// The parameter file to start from.
     std::string config;
+    /// A table of epochs, and what its empty cells stand for.
+    std::string epochTable;
+    EmptyCells emptyCells = EmptyCells::kRefused;
 };
 
 /// Which of a run's numbered frames are kept.
@@ -79,6 +83,9 @@ inline constexpr const char* kMaterialNames[TALVEK_MATERIAL_PARAMS] = {"De",  "D
 
 /// "--de" for the first parameter of the material.
 std::string materialOption(std::size_t index);
+
+/// Adds the options that make a plan to a command.
+void addPlanArguments(CLI::App& command, PlanOptions& options);
 
 /// Adds the arguments of a run to a command.
 void addRunArguments(CLI::App& command, RunOptions& options);

@@ -91,6 +91,9 @@ void RunRecorder::addInputs(const RunOptions& options) {
     if (!options.config.empty()) {
         record_.parameterFile = fileOf(options.config);
     }
+    if (!options.epochTable.empty()) {
+        record_.epochTable = fileOf(options.epochTable);
+    }
 }
 
 void RunRecorder::begin() {

@@ -19,7 +19,7 @@ struct StatusText {
 
 constexpr StatusText kTable[] = {
     {kExitDone, "done; everything that was asked for is there"},
-    {kExitFindings, "talvek check found something in a mesh that loads"},
+    {kExitFindings, "talvek check or verify found something"},
     {kExitUsage, "the command line is wrong"},
     {kExitNoVertices, "a frame holds no vertices"},
     {kExitParameters, "a value is out of range, or a parameter file cannot be read or written"},
