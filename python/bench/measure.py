@@ -1,6 +1,6 @@
 """What the Python package takes: processor time, memory and files, each figure beside its limit.
 
-    python3 python/bench/measure.py [frames] [ensemble] [overhead] [collect]
+    python3 python/bench/measure.py [frames] [ensemble] [overhead] [collect] [slurm]
 
 Needs the program on the PATH or in TALVEK_PROGRAM.
 """
@@ -126,11 +126,32 @@ def measure_collect(folder, runs=1_000_000):
     print(f"(limit: 10 s); {size:.0f} MB")
 
 
+def measure_slurm(folder, samples=20_000):
+    """What chunks of five minutes take beyond their runs, on a cluster that is started for it."""
+    sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "tests"))
+    from slurm_cluster import Cluster
+
+    sweep = Sweep.plan(plan_of(folder, samples, size=100), folder / "sweep")
+    (folder / "cluster").mkdir()
+    with Cluster(folder / "cluster") as cluster:
+        os.environ.update({name: cluster.environment[name] for name in ("PATH", "SLURM_CONF")})
+        # The first task alone; the others would only share the processor with it.
+        said = sweep.submit(["--array=0"])
+        begun = time.monotonic()
+        cluster.wait_for(lambda: not cluster.ask("squeue", "--noheader").strip(), "the end of the chunk", 1200)
+        took = time.monotonic() - begun
+    seconds = sum(sweep.store.seconds()[1:])
+    print(said.splitlines()[0])
+    print(f"a chunk on Slurm: {took:.1f} s for runs of {seconds:.1f} s: ", end="")
+    print(f"{100 * (took - seconds) / seconds:.1f} % more (limit: 5 %)")
+
+
 MEASURES = {
     "frames": measure_frames,
     "ensemble": measure_ensemble,
     "overhead": measure_overhead,
     "collect": measure_collect,
+    "slurm": measure_slurm,
 }
 
 

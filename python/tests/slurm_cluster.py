@@ -1,5 +1,6 @@
 """A Slurm cluster of one node on this machine, with ports, keys and folders of its own."""
 
+import ctypes
 import os
 import shutil
 import signal
@@ -26,6 +27,12 @@ def free_ports(count):
     for one in sockets:
         one.close()
     return ports
+
+
+def die_with_parent():
+    """Called in a child before it becomes another program: when what started it is killed, it is, too."""
+    kill_when_the_parent_ends = 1
+    ctypes.CDLL(None).prctl(kill_when_the_parent_ends, signal.SIGKILL)
 
 
 class Cluster:
@@ -92,6 +99,7 @@ PartitionName=all Nodes={host} Default=YES MaxTime=INFINITE State=UP
             stdout=log,
             stderr=log,
             start_new_session=True,
+            preexec_fn=die_with_parent,
         )
         log.close()
 

@@ -1,10 +1,10 @@
 """A sweep on a Dask cluster of this machine, whose worker and scheduler are killed."""
 
-import os
 import subprocess
 import sys
 
 import pytest
+from slurm_cluster import die_with_parent
 from sweeps import finished, kill_worker, undisturbed, wait_until, write_plan
 
 from talvek.sweep import Sweep
@@ -28,7 +28,7 @@ class DaskCluster:
         command = [sys.executable, "-m", f"distributed.cli.dask_{kind}", "--scheduler-file", str(self.file), *options]
         log = open(self.folder / f"dask-{kind}.log", "ab")
         try:
-            return subprocess.Popen(command, stdout=log, stderr=log, cwd=self.folder, env=os.environ)
+            return subprocess.Popen(command, stdout=log, stderr=log, cwd=self.folder, preexec_fn=die_with_parent)
         finally:
             log.close()
 

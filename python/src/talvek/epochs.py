@@ -23,10 +23,9 @@ from talvek.errors import ParameterError
 Doubles = NDArray[np.float64]
 Columns = dict[str, NDArray[Any]]
 
-_GRAMS_PER_MOL = {"so2": 64.066, "no2": 46.0055, "S": 32.066, "N": 14.007}
-
-# At 25 degrees Celsius and 1 atm: the pressure over the gas constant and the temperature, in mol/cm3.
-_MOL_PER_CM3_OF_AIR = 101325.0 / (8.314462618 * 298.15) * 1e-6
+# The program's own constants: standard atomic weights, and what a mol takes up at 25 degrees Celsius and 1 atm, in cm3.
+_GRAMS_PER_MOL = {"so2": 32.06 + 2 * 15.999, "no2": 14.007 + 2 * 15.999, "S": 32.06, "N": 14.007}
+_MOLAR_VOLUME = 8.314462618 * 298.15 / 101325 * 1e6
 _DAYS_PER_YEAR = 365.0
 
 Convert = Callable[[Doubles, Doubles], Doubles]
@@ -53,11 +52,11 @@ COLUMNS: dict[str, tuple[str, Convert]] = {
     "so2": ("so2", _times(1.0)),
     "so2_ug_m3": ("so2", _micrograms("so2")),
     "so2_ugS_m3": ("so2", _micrograms("S")),
-    "so2_ppb": ("so2", _times(1e-9 * _MOL_PER_CM3_OF_AIR)),
+    "so2_ppb": ("so2", _times(1e-9 / _MOLAR_VOLUME)),
     "no2": ("no2", _times(1.0)),
     "no2_ug_m3": ("no2", _micrograms("no2")),
     "no2_ugN_m3": ("no2", _micrograms("N")),
-    "no2_ppb": ("no2", _times(1e-9 * _MOL_PER_CM3_OF_AIR)),
+    "no2_ppb": ("no2", _times(1e-9 / _MOLAR_VOLUME)),
     "rv": ("rv", _times(1.0)),
     "rain_mm_year": ("rv", _times(0.001)),
     "rain_mm": ("rv", _rain_of_epoch),
