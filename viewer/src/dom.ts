@@ -40,7 +40,10 @@ export interface Choice<T extends string> {
     label: string;
 }
 
-export function select<T extends string>(choices: Choice<T>[], action: (value: T) => void): HTMLSelectElement {
+export function select<T extends string>(
+    choices: Choice<T>[],
+    action: (value: T) => void,
+): HTMLSelectElement {
     const control = make("select", {
         onchange: () => {
             action(control.value as T);
@@ -82,11 +85,15 @@ export function setSlider(control: HTMLInputElement, value: number): void {
 }
 
 function setFill(control: HTMLInputElement): void {
-    const share = (control.valueAsNumber - Number(control.min)) / (Number(control.max) - Number(control.min) || 1);
+    const share =
+        (control.valueAsNumber - Number(control.min)) / (Number(control.max) - Number(control.min) || 1);
     control.style.setProperty("--fill", `${String(100 * share)}%`);
 }
 
-export function checkbox(label: string, action: (isOn: boolean) => void): { row: HTMLElement; box: HTMLInputElement } {
+export function checkbox(
+    label: string,
+    action: (isOn: boolean) => void,
+): { row: HTMLElement; box: HTMLInputElement } {
     const box: HTMLInputElement = make("input", {
         type: "checkbox",
         onchange: () => {

@@ -123,7 +123,11 @@ function viewButtons(stage: Stage): HTMLElement {
 
 function keepSize(stage: Stage, place: HTMLElement): void {
     new ResizeObserver(() => {
-        stage.setSize(place.clientWidth, place.clientHeight, Math.min(Math.max(window.devicePixelRatio, 1), 2));
+        stage.setSize(
+            place.clientWidth,
+            place.clientHeight,
+            Math.min(Math.max(window.devicePixelRatio, 1), 2),
+        );
     }).observe(place);
 }
 
@@ -131,7 +135,12 @@ function addKeys(context: Context): void {
     document.addEventListener("keydown", (event) => {
         const { store, header } = context;
         const target = event.target as Element;
-        if (event.ctrlKey || event.metaKey || event.altKey || target.closest("input, select, button, summary, dialog")) {
+        if (
+            event.ctrlKey ||
+            event.metaKey ||
+            event.altKey ||
+            target.closest("input, select, button, summary, dialog")
+        ) {
             return;
         }
         const step = { ",": -1, ".": 1 }[event.key];
@@ -215,7 +224,7 @@ function build(context: Context, stagePlace: HTMLElement, table: HTMLTableElemen
         ...notices(header),
         ...(stage
             ? [
-                  surfacePanel(context, false),
+                  surfacePanel(context),
                   comparePanel(context),
                   lightPanel(context),
                   sectionPanel(context, extent),
@@ -262,16 +271,30 @@ async function start(): Promise<void> {
     store.on(["isDark"], (state) => {
         document.documentElement.dataset.theme = state.isDark ? "dark" : "light";
     });
-    const canvas = make("canvas", { id: "stone", tabindex: 0, role: "application", "aria-label": text.stage });
+    const canvas = make("canvas", {
+        id: "stone",
+        tabindex: 0,
+        role: "application",
+        "aria-label": text.stage,
+    });
     const loading = make("p", { class: "loading", role: "status" }, text.loading);
-    const stagePlace = make("section", { id: "stage", "aria-label": text.title(header.mesh) }, canvas, loading);
+    const stagePlace = make(
+        "section",
+        { id: "stage", "aria-label": text.title(header.mesh) },
+        canvas,
+        loading,
+    );
     page.classList.add("running");
     page.prepend(stagePlace);
     const stage = makeStage(canvas);
     if (!stage) {
         stagePlace.append(message(text.noGraphics));
     }
-    const decoder = new Decoder(workerSource, header, new BlockTexts(header, document.querySelectorAll(".block")));
+    const decoder = new Decoder(
+        workerSource,
+        header,
+        new BlockTexts(header, document.querySelectorAll(".block")),
+    );
     let context: Context = { header, store, decoder, stage, fail: failureList(stagePlace) };
     try {
         await firstSurface(context);

@@ -1,6 +1,6 @@
 // What the user has chosen. Panels change it and listen to it; nothing else connects them.
 
-export type Show = "change" | "stone" | "photo";
+export type Show = "change" | "stone";
 export type Side = "after" | "wipe" | "before";
 export type TimeUnit = "years" | "days" | "dates";
 

@@ -16,7 +16,7 @@ export class BlockTexts {
         for (const size of sizes) {
             const block: Element[] = [];
             // Parts are full but for the last one.
-            for (let left = Math.max(size, 1); left > 0; ) {
+            for (let left = Math.max(size, 1); left > 0;) {
                 const next = rest.next();
                 if (next.done) {
                     break;

@@ -63,7 +63,9 @@ export class Decoder {
         const waiting = this.waiting.get(reply.id)!;
         this.waiting.delete(reply.id);
         if (reply.damagedEpoch !== undefined) {
-            waiting.reject(reply.damagedEpoch >= 0 ? new DamagedPage(reply.damagedEpoch) : new Error(reply.error));
+            waiting.reject(
+                reply.damagedEpoch >= 0 ? new DamagedPage(reply.damagedEpoch) : new Error(reply.error),
+            );
         } else {
             waiting.resolve(reply.data as never);
         }

@@ -67,7 +67,12 @@ export function displacements(
     return moved;
 }
 
-function displacementOf(first: Float32Array, normals: Float32Array, positions: Float32Array, i: number): number {
+function displacementOf(
+    first: Float32Array,
+    normals: Float32Array,
+    positions: Float32Array,
+    i: number,
+): number {
     const nx = normals[i];
     const ny = normals[i + 1];
     const nz = normals[i + 2];
@@ -80,7 +85,11 @@ function displacementOf(first: Float32Array, normals: Float32Array, positions: F
 }
 
 /** The first surface with the movement from there enlarged. */
-export function enlarged(first: Float32Array, positions: Float32Array, factor: number): Float32Array<ArrayBuffer> {
+export function enlarged(
+    first: Float32Array,
+    positions: Float32Array,
+    factor: number,
+): Float32Array<ArrayBuffer> {
     const result = new Float32Array(first.length);
     for (let i = 0; i < result.length; i++) {
         result[i] = first[i] + factor * (positions[i] - first[i]);
@@ -89,7 +98,12 @@ export function enlarged(first: Float32Array, positions: Float32Array, factor: n
 }
 
 /** The share of faces that an enlarged movement turns over. */
-function turnedOver(first: Float32Array, positions: Float32Array, faces: Uint32Array, factor: number): number {
+function turnedOver(
+    first: Float32Array,
+    positions: Float32Array,
+    faces: Uint32Array,
+    factor: number,
+): number {
     const moved = enlarged(first, positions, factor);
     const count = faces.length / 3;
     const step = Math.max(1, Math.floor(count / 200000));
@@ -127,7 +141,7 @@ export function largestFactor(
     faces: Uint32Array,
     wanted: number,
 ): number {
-    const torn = 0.003 + turnedOver(first, positions, faces, 1);
+    const torn = 0.02 + turnedOver(first, positions, faces, 1);
     if (wanted <= 1 || turnedOver(first, positions, faces, wanted) <= torn) {
         return wanted;
     }

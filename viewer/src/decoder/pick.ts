@@ -15,7 +15,12 @@ export interface CutAway {
 }
 
 /** The vertex nearest to where the ray first meets the surface; -1 where it does not. */
-export function pickVertex(positions: Float32Array, faces: Uint32Array, ray: Ray, cut: CutAway | null): number {
+export function pickVertex(
+    positions: Float32Array,
+    faces: Uint32Array,
+    ray: Ray,
+    cut: CutAway | null,
+): number {
     let nearest = Infinity;
     let vertex = -1;
     for (let i = 0; i < faces.length; i += 3) {
@@ -31,7 +36,9 @@ export function pickVertex(positions: Float32Array, faces: Uint32Array, ray: Ray
 }
 
 function isCutAway(ray: Ray, distance: number, cut: CutAway | null): boolean {
-    return cut !== null && cut.sign * (ray.origin[cut.axis] + distance * ray.direction[cut.axis] - cut.at) > 0;
+    return (
+        cut !== null && cut.sign * (ray.origin[cut.axis] + distance * ray.direction[cut.axis] - cut.at) > 0
+    );
 }
 
 /** Where a ray meets a triangle, after Möller and Trumbore; from either side. */

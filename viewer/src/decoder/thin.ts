@@ -1,7 +1,11 @@
 // A coarser set of faces over the same vertices, for turning a large stone: vertices in one cell of a grid become one.
 
 /** About as many cells as there are to be vertices. */
-export function thinFaces(positions: Float32Array, faces: Uint32Array, vertices: number): Uint32Array<ArrayBuffer> {
+export function thinFaces(
+    positions: Float32Array,
+    faces: Uint32Array,
+    vertices: number,
+): Uint32Array<ArrayBuffer> {
     const cellOf = cells(positions, vertices);
     const standsFor = new Map<number, number>();
     const thinned: number[] = [];

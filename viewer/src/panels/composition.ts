@@ -58,19 +58,19 @@ export function composePicture(
     return canvas;
 }
 
-function drawEdge(
-    pen: CanvasRenderingContext2D,
-    { store }: Context,
-    area: PictureSize,
-    ink: string,
-): void {
+function drawEdge(pen: CanvasRenderingContext2D, { store }: Context, area: PictureSize, ink: string): void {
     if (store.state.side === "wipe") {
         pen.fillStyle = ink;
         pen.fillRect(store.state.edge * area.width - 1, 0, 2, area.height);
     }
 }
 
-function drawMarks(pen: CanvasRenderingContext2D, { stage }: Context, points: Points, area: PictureSize): void {
+function drawMarks(
+    pen: CanvasRenderingContext2D,
+    { stage }: Context,
+    points: Points,
+    area: PictureSize,
+): void {
     pen.textAlign = "center";
     pen.textBaseline = "middle";
     points.chosen.forEach((point, i) => {
@@ -112,7 +112,9 @@ export function captionOf({ header, store }: Context): string {
     const parts = [
         epochPhrase(header, epoch),
         `${text.legend[header.kind]}: ${mean.text} mm`,
-        state.show === "change" ? `${String(inUnit(state, state.low))} … ${String(inUnit(state, state.high))} ${state.unit}` : "",
+        state.show === "change"
+            ? `${String(inUnit(state, state.low))} … ${String(inUnit(state, state.high))} ${state.unit}`
+            : "",
         enlargementText(state),
     ];
     return text.picture.caption(

@@ -43,7 +43,9 @@ export function epochsPanel({ header, store }: Context, table: HTMLTableElement)
 export function textOf(table: HTMLTableElement, separator: string): string {
     const cell = (each: Element): string => {
         const content = each.textContent.trim().replace(/\s+/g, " ");
-        return content.includes(separator) || content.includes('"') ? `"${content.replaceAll('"', '""')}"` : content;
+        return content.includes(separator) || content.includes('"')
+            ? `"${content.replaceAll('"', '""')}"`
+            : content;
     };
     return [...table.rows].map((each) => [...each.cells].map(cell).join(separator)).join("\r\n") + "\r\n";
 }

@@ -60,7 +60,8 @@ export function filmDialog(
             await shown(each);
             return composePicture(context, legend, points, film.size);
         };
-        const made = kind.value === "webm" ? await record(context, film, draw) : await series(context, film, draw);
+        const made =
+            kind.value === "webm" ? await record(context, film, draw) : await series(context, film, draw);
         if (!isStopped) {
             saveAs(`${header.mesh}.${kind.value === "webm" ? "webm" : "zip"}`, made);
             dialog.close();
@@ -110,7 +111,10 @@ async function record({ header }: Context, film: Film, draw: Draw): Promise<Blob
     canvas.width = film.size.width;
     canvas.height = film.size.height;
     const pen = canvas.getContext("2d")!;
-    const recorder = new MediaRecorder(canvas.captureStream(30), { mimeType: WEBM, videoBitsPerSecond: 12e6 });
+    const recorder = new MediaRecorder(canvas.captureStream(30), {
+        mimeType: WEBM,
+        videoBitsPerSecond: 12e6,
+    });
     const pieces: Blob[] = [];
     recorder.ondataavailable = (event) => pieces.push(event.data);
     const ended = new Promise((resolve) => (recorder.onstop = resolve));

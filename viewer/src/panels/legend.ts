@@ -58,7 +58,11 @@ export function drawLegend(
     drawTicks(pen, state, colours);
     pen.fillStyle = colours.faint;
     pen.font = `12px ${font}`;
-    pen.fillText(context.header.kind === "both" ? text.legend.bothHint : text.legend.same, 12, LEGEND_HEIGHT - 12);
+    pen.fillText(
+        context.header.kind === "both" ? text.legend.bothHint : text.legend.same,
+        12,
+        LEGEND_HEIGHT - 12,
+    );
 }
 
 function drawBar(pen: CanvasRenderingContext2D, context: Context, state: State, colours: Colours): void {

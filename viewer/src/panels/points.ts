@@ -9,7 +9,16 @@ import { text } from "../text/english";
 
 const words = text.points;
 const COLOURS = ["#0f766e", "#b45309", "#6d28d9", "#be185d", "#1d4ed8", "#4d7c0f", "#a21caf", "#b91c1c"];
-const COLOURS_IN_THE_DARK = ["#5eead4", "#fdba74", "#c4b5fd", "#f9a8d4", "#93c5fd", "#bef264", "#f0abfc", "#fca5a5"];
+const COLOURS_IN_THE_DARK = [
+    "#5eead4",
+    "#fdba74",
+    "#c4b5fd",
+    "#f9a8d4",
+    "#93c5fd",
+    "#bef264",
+    "#f0abfc",
+    "#fca5a5",
+];
 
 export interface ChosenPoint {
     vertex: number;
@@ -102,7 +111,9 @@ export class Points {
         const isEmpty = this.chosen.length === 0;
         this.hint.hidden = !isEmpty;
         this.remove.hidden = isEmpty;
-        this.list.replaceChildren(...this.chosen.map((point, i) => this.entry(point, i, sign * point.changes[frame])));
+        this.list.replaceChildren(
+            ...this.chosen.map((point, i) => this.entry(point, i, sign * point.changes[frame])),
+        );
         const unit = timeUnit === "days" ? "days" : "years";
         const times = heldEpochs(header).map((epoch) => figureOf(header, epoch, unit)!.value);
         const series = this.chosen.map((point, i) => ({
@@ -113,7 +124,17 @@ export class Points {
         this.plot.replaceChildren(
             ...(isEmpty
                 ? []
-                : [chart({ label, unit: "mm", times, series, kind: "lines", current: frame, startsAtZero: true })]),
+                : [
+                      chart({
+                          label,
+                          unit: "mm",
+                          times,
+                          series,
+                          kind: "lines",
+                          current: frame,
+                          startsAtZero: true,
+                      }),
+                  ]),
         );
         this.marks.replaceChildren(
             ...this.chosen.map((_, i) => {

@@ -11,14 +11,17 @@ export function scaleBarFor(millimetresPerPixel: number): { pixels: number; labe
     const longest = LONGEST * millimetresPerPixel;
     const power = 10 ** Math.floor(Math.log10(longest));
     const length = power * [5, 2, 1].find((each) => each * power <= longest)!;
-    const [value, unit] = length >= 1000 ? [length / 1000, "m"] : length < 0.1 ? [length * 1000, "µm"] : [length, "mm"];
+    const [value, unit] =
+        length >= 1000 ? [length / 1000, "m"] : length < 0.1 ? [length * 1000, "µm"] : [length, "mm"];
     return { pixels: length / millimetresPerPixel, label: `${briefNumber(value)} ${unit}` };
 }
 
 export function scaleBar(stage: Stage): HTMLElement {
     const bar = make("div", { id: "scale-bar" });
     stage.onDrawn(() => {
-        const { pixels, label } = scaleBarFor(stage.view.millimetresHigh / Math.max(stage.canvas.clientHeight, 1));
+        const { pixels, label } = scaleBarFor(
+            stage.view.millimetresHigh / Math.max(stage.canvas.clientHeight, 1),
+        );
         bar.style.width = `${String(pixels)}px`;
         bar.textContent = label;
     });

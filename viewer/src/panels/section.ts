@@ -16,13 +16,14 @@ const PLOT = { width: 340, height: 220, margin: 14 };
 export function sectionPanel(context: Context, extent: (axis: number) => [number, number]): HTMLElement {
     const { store } = context;
     const cut = checkbox(words.cut, (isCut) => {
-        store.set({ isCut });
+        store.set({ isCut, isCutTurned: facesAway(context, store.state.cutAxis) });
     });
     const across = select(
         AXES.map((label, i) => ({ value: String(i), label })),
         (value) => {
-            const [low, high] = extent(Number(value));
-            store.set({ cutAxis: Number(value), cutAt: (low + high) / 2 });
+            const cutAxis = Number(value);
+            const [low, high] = extent(cutAxis);
+            store.set({ cutAxis, cutAt: (low + high) / 2, isCutTurned: facesAway(context, cutAxis) });
         },
     );
     const at = slider(0, 1, 0.002, (share) => {
@@ -66,6 +67,11 @@ export function sectionPanel(context: Context, extent: (axis: number) => [number
     return panel(words.heading, "section-panel", cut.row, more);
 }
 
+/** Whether the eye looks along an axis: then the half before the plane has to go, for the cut to be seen. */
+function facesAway({ stage }: Context, axis: number): boolean {
+    return stage ? stage.view.axes()[2].getComponent(axis) < 0 : false;
+}
+
 /** Cuts one after the other: while one is on its way, only the last wish is kept. */
 class Cutter {
     private isBusy = false;
@@ -75,7 +81,16 @@ class Cutter {
         private readonly context: Context,
         private readonly plot: HTMLElement,
     ) {
-        const keys = ["isCut", "cutAxis", "cutAt", "isCutTurned", "lineFactor", "frame", "factor", "side"] as const;
+        const keys = [
+            "isCut",
+            "cutAxis",
+            "cutAt",
+            "isCutTurned",
+            "lineFactor",
+            "frame",
+            "factor",
+            "side",
+        ] as const;
         context.store.on(keys, () => {
             this.isWanted = true;
             void this.work();
@@ -126,7 +141,8 @@ function plotOf(state: State, before: CutLines, after: CutLines): Element {
         (PLOT.height - 2 * PLOT.margin - 16) / (box.top - box.bottom || 1),
     );
     const x = (value: number): number => PLOT.width / 2 + (value - (box.left + box.right) / 2) * scale;
-    const y = (value: number): number => (PLOT.height - 16) / 2 - (value - (box.bottom + box.top) / 2) * scale;
+    const y = (value: number): number =>
+        (PLOT.height - 16) / 2 - (value - (box.bottom + box.top) / 2) * scale;
     const line = (lines: CutLines, name: string): Element =>
         svg("path", { class: `profile ${name}`, d: pathOf(lines, across, up, x, y) });
     const length = ticksBetween(0, (PLOT.width * 0.35) / scale, 2).at(-1)!;
@@ -142,8 +158,16 @@ function plotOf(state: State, before: CutLines, after: CutLines): Element {
         line(after, "after"),
         svg("path", { class: "bar", d: `M12 ${String(PLOT.height - 10)}v4h${String(length * scale)}v-4` }),
         svg("text", { x: 16, y: PLOT.height - 10 }, `${briefNumber(length)} mm`),
-        svg("text", { class: "before", x: PLOT.width - 58, y: PLOT.height - 6, "text-anchor": "end" }, words.before),
-        svg("text", { class: "after", x: PLOT.width - 10, y: PLOT.height - 6, "text-anchor": "end" }, words.after),
+        svg(
+            "text",
+            { class: "before", x: PLOT.width - 58, y: PLOT.height - 6, "text-anchor": "end" },
+            words.before,
+        ),
+        svg(
+            "text",
+            { class: "after", x: PLOT.width - 10, y: PLOT.height - 6, "text-anchor": "end" },
+            words.after,
+        ),
     );
 }
 

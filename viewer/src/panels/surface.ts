@@ -12,14 +12,13 @@ import { inUnit } from "./legend";
 const words = text.surface;
 const FACTORS = [1, 5, 10, 20, 50, 100];
 
-export function surfacePanel(context: Context, hasPhoto: boolean): HTMLElement {
+export function surfacePanel(context: Context): HTMLElement {
     const { store, header } = context;
     const names: Record<string, string> = header.kind === "both" ? words.palettesBoth : words.palettes;
     const show = select<Show>(
         [
             { value: "change", label: words.change },
             { value: "stone", label: words.stone },
-            ...(hasPhoto ? [{ value: "photo" as const, label: words.photo }] : []),
         ],
         (value) => {
             store.set({ show: value });
@@ -117,7 +116,8 @@ function scaleRows(context: Context): HTMLElement[] {
     });
     const spread = async (): Promise<void> => {
         const reply = await context.decoder.ask("spread", { frame: context.header.frames.length - 1 });
-        const [low, high] = context.header.kind === "loss" ? [-reply.high, -reply.low] : [reply.low, reply.high];
+        const [low, high] =
+            context.header.kind === "loss" ? [-reply.high, -reply.low] : [reply.low, reply.high];
         if (high > low) {
             store.set({ low: Number(low.toPrecision(3)), high: Number(high.toPrecision(3)) });
         }

@@ -24,7 +24,11 @@ export interface ChartInput {
 const SIZE = { width: 340, height: 150, left: 46, right: 8, top: 18, bottom: 20 };
 const NAMESPACE = "http://www.w3.org/2000/svg";
 
-export function svg(tag: string, attributes: Record<string, string | number>, ...children: (Node | string)[]) {
+export function svg(
+    tag: string,
+    attributes: Record<string, string | number>,
+    ...children: (Node | string)[]
+) {
     const element = document.createElementNS(NAMESPACE, tag);
     for (const [name, value] of Object.entries(attributes)) {
         element.setAttribute(name, String(value));
@@ -49,7 +53,12 @@ export function chart(input: ChartInput): SVGElement {
     const low = Math.min(...values, input.startsAtZero ? 0 : Infinity);
     const high = Math.max(...values, input.startsAtZero ? 0 : -Infinity);
     const margin = high > low ? 0.04 * (high - low) : Math.abs(high) * 0.1 || 1;
-    const x = scaleOf(input.times[0], input.times[input.times.length - 1], SIZE.left, SIZE.width - SIZE.right);
+    const x = scaleOf(
+        input.times[0],
+        input.times[input.times.length - 1],
+        SIZE.left,
+        SIZE.width - SIZE.right,
+    );
     const y = scaleOf(
         input.startsAtZero && low >= 0 ? 0 : low - margin,
         high + margin,
@@ -126,7 +135,9 @@ function bars({ times, series, current }: ChartInput, x: Scale, y: Scale): SVGEl
 
 function marker({ series, times, current, kind }: ChartInput, x: Scale, y: Scale): SVGElement[] {
     const at = x.at(times[current]);
-    const parts = [svg("line", { class: "now", x1: at, x2: at, y1: SIZE.top - 2, y2: SIZE.height - SIZE.bottom })];
+    const parts = [
+        svg("line", { class: "now", x1: at, x2: at, y1: SIZE.top - 2, y2: SIZE.height - SIZE.bottom }),
+    ];
     for (const { values, colour } of kind === "lines" ? series : []) {
         if (Number.isFinite(values[current])) {
             parts.push(svg("circle", { cx: at, cy: y.at(values[current]), r: 3.2, fill: colour }));

@@ -16,7 +16,7 @@ import {
 
 import { PALETTE_SIZE } from "./palettes";
 
-export const SHOW = { change: 0, stone: 1, photo: 2 } as const;
+export const SHOW = { change: 0, stone: 1 } as const;
 
 /** Shared by all materials: what is set once holds for before and after. */
 export function sharedUniforms() {
@@ -27,7 +27,6 @@ export function sharedUniforms() {
         sign: { value: 1 },
         show: { value: 0 as number },
         contourStep: { value: 0 },
-        photo: { value: null as unknown },
         light: { value: new Vector3(0, 0, 1) },
         strength: { value: 0.6 },
         room: { value: 0.5 },
@@ -75,14 +74,12 @@ const SURFACE_VERTEX = /* glsl */ `
     out vec3 vSurround;
     out vec3 vPlace;
     out float vChange;
-    out vec2 vUv;
 
     void main() {
         vNormal = mat3(viewMatrix) * normal;
         vSurround = mat3(viewMatrix) * surround.xyz;
         vPlace = position;
         vChange = change;
-        vUv = uv;
         gl_Position = projectionMatrix * viewMatrix * vec4(position, 1.0);
     }
 `;
@@ -92,11 +89,9 @@ const SURFACE_FRAGMENT = /* glsl */ `
     in vec3 vSurround;
     in vec3 vPlace;
     in float vChange;
-    in vec2 vUv;
     out vec4 colour;
 
     uniform sampler2D palette;
-    uniform sampler2D photo;
     uniform float low;
     uniform float high;
     uniform float sign;
@@ -110,16 +105,13 @@ const SURFACE_FRAGMENT = /* glsl */ `
         float at = value / contourStep;
         float width = max(fwidth(at), 1e-6);
         float line = 1.0 - smoothstep(0.6, 1.5, abs(fract(at - 0.5) - 0.5) / width);
-        // Where lines would run together there are none.
-        return line * (1.0 - smoothstep(0.3, 0.6, width));
+        // Where lines would run together there are none, nor around what has not moved.
+        return abs(at) < 0.5 ? 0.0 : line * (1.0 - smoothstep(0.3, 0.6, width));
     }
 
     vec3 stoneColour() {
         if (show == 1) {
             return linearOf(vec3(0.80, 0.755, 0.675));
-        }
-        if (show == 2) {
-            return linearOf(texture(photo, vUv).rgb);
         }
         float shown = sign * vChange;
         float share = clamp((shown - low) / (high - low), 0.0, 1.0);

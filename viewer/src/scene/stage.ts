@@ -4,9 +4,7 @@ import {
     BufferAttribute,
     BufferGeometry,
     Float32BufferAttribute,
-    type IUniform,
     Mesh,
-    NoColorSpace,
     Scene,
     Vector3,
     WebGLRenderer,
@@ -30,10 +28,10 @@ export class Stage {
     readonly view = new View();
     private readonly renderer: WebGLRenderer;
     private readonly scene = new Scene();
-    private readonly after: Mesh<BufferGeometry>;
-    private readonly before: Mesh<BufferGeometry>;
+    private readonly after: Mesh;
+    private readonly before: Mesh;
     private readonly inside = new Mesh(new BufferGeometry(), insideMaterial());
-    private readonly hatched: Mesh<BufferGeometry>;
+    private readonly hatched: Mesh;
     private faces: BufferAttribute | null = null;
     private thinned: BufferAttribute | null = null;
     private isTurning = false;
@@ -84,7 +82,6 @@ export class Stage {
         // Until the surroundings are known there is no relief to bring out.
         for (const geometry of [this.before.geometry, this.after.geometry]) {
             geometry.setAttribute("surround", new BufferAttribute(surface.normals, 4, true));
-            geometry.setAttribute("uv", new Float32BufferAttribute(new Float32Array(2), 2));
         }
         this.fitBox(surface.positions);
     }
@@ -187,14 +184,6 @@ export class Stage {
     placeOf(point: [number, number, number]): [number, number] {
         const { x, y } = new Vector3(...point).project(this.view.camera);
         return [(x + 1) / 2, (1 - y) / 2];
-    }
-
-    setPhoto(photo: IUniform["value"], uv: Float32Array): void {
-        photo.colorSpace = NoColorSpace;
-        this.uniforms.photo.value = photo;
-        for (const { geometry } of [this.before, this.after]) {
-            geometry.setAttribute("uv", new BufferAttribute(uv, 2));
-        }
     }
 
     /** Low and high end of the stone along an axis. */

@@ -15,6 +15,9 @@ const VIEWS: Record<ViewName, [number, number]> = {
     corner: [-36, 34],
 };
 
+/** Room around the stone for what lies over the picture. */
+const MARGIN = 1.3;
+
 export class View {
     readonly camera = new OrthographicCamera();
     private azimuth = 0;
@@ -26,6 +29,8 @@ export class View {
     private radius = 1;
     private readonly centre = new Vector3();
     private corners: Vector3[] = [];
+    /** Nobody has come nearer or gone away since a standard view was chosen. */
+    private isFitted = false;
     private upAxis: 1 | 2 = 2;
 
     /** The box that standard views fit. */
@@ -46,13 +51,17 @@ export class View {
     show(name: ViewName): void {
         [this.azimuth, this.elevation] = VIEWS[name];
         this.target.copy(this.centre);
-        this.apply();
+        this.isFitted = true;
         this.fit();
     }
 
     setAspect(aspect: number): void {
         this.aspect = aspect;
-        this.apply();
+        if (this.isFitted) {
+            this.fit();
+        } else {
+            this.apply();
+        }
     }
 
     turn(across: number, up: number): void {
@@ -69,6 +78,7 @@ export class View {
     }
 
     zoom(factor: number): void {
+        this.isFitted = false;
         this.reach = Math.min(Math.max(this.reach / factor, this.radius / 2000), this.radius * 20);
         this.apply();
     }
@@ -95,7 +105,7 @@ export class View {
         const [x, y] = this.axes();
         const half = (axis: Vector3): number =>
             Math.max(...this.corners.map((corner) => Math.abs(corner.clone().sub(this.centre).dot(axis))));
-        this.reach = Math.max(half(y), half(x) / this.aspect) * 1.18;
+        this.reach = Math.max(half(y), half(x) / this.aspect) * MARGIN;
         this.apply();
     }
 

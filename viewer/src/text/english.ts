@@ -50,7 +50,6 @@ export const text = {
         show: "Show",
         change: "change in colour",
         stone: "bare stone",
-        photo: "photograph of the scan",
         colours: "Colours",
         palettes: { stone: "Stone to violet", viridis: "Yellow to violet" },
         palettesBoth: { stone: "Brown and blue", viridis: "Violet and green" },
