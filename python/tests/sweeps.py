@@ -7,11 +7,9 @@ from pathlib import Path
 
 import numpy as np
 
-from programs import need_option
 
 from talvek.sweep import Sweep
 
-need_option("run", "--out")
 
 RUNS = 24
 
@@ -73,7 +71,7 @@ def finished(folder):
     return sum(path.read_bytes().count(b"\n") for path in Path(folder, "results").glob("*.tsv"))
 
 
-def wait_until(condition, what, seconds=60):
+def wait_until(condition, what, seconds=180):
     """Wait until something holds."""
     end = time.monotonic() + seconds
     while not condition():

@@ -4,14 +4,13 @@ import subprocess
 
 import numpy as np
 import pytest
-from programs import EXAMPLE_STONE, need_option
+from programs import EXAMPLE_STONE
 from sweeps import write_grid
 
 import talvek
 from talvek import plot
 from talvek.sweep.plan import make_plan, sample_table
 
-need_option("run", "--out")
 
 PLAN = {
     "sweep": {"mode": 3, "model": 3, "epochs": 5, "days": 3650, "samples": 200, "seed": 3},

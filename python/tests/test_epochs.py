@@ -6,7 +6,7 @@ import subprocess
 
 import numpy as np
 import pytest
-from programs import PROGRAM, need_option
+from programs import PROGRAM
 
 from talvek.epochs import COLUMNS, Epoch, make_table, parse_quantity, read_table, to_model
 from talvek.errors import ParameterError
@@ -49,7 +49,6 @@ def test_texts_with_units():
 
 @pytest.mark.parametrize("column", sorted(COLUMNS))
 def test_units_are_the_programs(tmp_path, column):
-    need_option("rates", "--epoch-table")
     values, days = [4.5, 0.3, 7.25], [365, 366, 1000]
     table = tmp_path / "epochs.csv"
     scale = 1e-13 if column in ("so2", "no2") else 1

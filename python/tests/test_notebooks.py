@@ -6,9 +6,7 @@ import shutil
 from pathlib import Path
 
 import pytest
-from programs import need_option
 
-need_option("run", "--out")
 matplotlib = pytest.importorskip("matplotlib", reason="python3-matplotlib is not installed")
 
 NOTEBOOKS = Path(__file__).resolve().parent.parent / "notebooks"

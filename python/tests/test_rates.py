@@ -2,13 +2,11 @@
 
 import numpy as np
 import pytest
-from programs import need_option
 
 import talvek
 from talvek import rates
 from talvek.ensembles import distances
 
-need_option("run", "--out")
 
 SAMPLES = 500
 

@@ -4,14 +4,11 @@ import pickle
 
 import numpy as np
 import pytest
-from programs import need_option
 from sweeps import write_grid
 
 import talvek
 from talvek import climate
 from talvek.frames import read_vertices
-
-need_option("run", "--out")
 
 
 @pytest.fixture(scope="module")

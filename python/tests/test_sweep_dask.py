@@ -88,13 +88,13 @@ def test_a_dask_worker_and_the_scheduler_are_killed(tmp_path):
         wait_until(lambda: cluster.kill_worker(), "a worker to kill")
         wait_until(lambda: finished(tmp_path / "sweep") >= 8, "another result")
         cluster.processes[0].kill()
-        _, errors = host.communicate(timeout=120)
+        _, errors = host.communicate(timeout=300)
     assert host.returncode != 0
     assert "runs are missing" in errors
     assert 0 < finished(tmp_path / "sweep") < len(sweep)
 
     with DaskCluster(folder_of(tmp_path, "second")) as cluster:
         host = start_host(cluster, sweep)
-        _, errors = host.communicate(timeout=120)
+        _, errors = host.communicate(timeout=300)
     assert host.returncode == 0, errors
     assert sweep.collect().read_bytes() == expected

@@ -4,7 +4,7 @@ import shlex
 
 import pytest
 from slurm_cluster import Cluster, reason_to_skip
-from sweeps import RUNS, finished, kill_worker, undisturbed, wait_until, write_plan
+from sweeps import RUNS, finished, kill_worker, undisturbed, write_plan
 
 from talvek.errors import ParameterError, RunError
 from talvek.sweep import Sweep, slurm
@@ -76,17 +76,17 @@ def test_workers_and_daemons_are_killed_and_the_sweep_resumed(cluster, sweep):
     folder = sweep.store.folder
     submit(sweep)
 
-    wait_until(lambda: finished(folder) >= 1, "a result")
-    wait_until(lambda: kill_worker("talvek.sweep", "work", str(folder)), "a worker to kill")
-    wait_until(lambda: finished(folder) >= 3, "another result")
+    cluster.wait_for(lambda: finished(folder) >= 1, "a result")
+    cluster.wait_for(lambda: kill_worker("talvek.sweep", "work", str(folder)), "a worker to kill")
+    cluster.wait_for(lambda: finished(folder) >= 3, "another result")
     cluster.kill("slurmctld")
     cluster.start("slurmctld")
     cluster.wait_for(cluster.is_up, "a node that is up")
-    wait_until(lambda: finished(folder) >= 6, "another result")
+    cluster.wait_for(lambda: finished(folder) >= 6, "another result")
     cluster.kill("slurmd")
     cluster.start("slurmd")
     cluster.wait_for(cluster.is_up, "a node that is up")
-    wait_until(lambda: finished(folder) >= 8, "another result")
+    cluster.wait_for(lambda: finished(folder) >= 8, "another result")
 
     cluster.ask("scancel", "--user=root")
     cluster.wait_until_idle()
