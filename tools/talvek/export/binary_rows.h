@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <bit>
 #include <cstddef>
 #include <span>
 
@@ -24,11 +25,15 @@ void writeRows(OutputFile& file, std::size_t count, std::size_t rowSize, Fill fi
     }
 }
 
-/// Numbers of 32 bits, the lowest byte first.
+/// Numbers of 32 bits, the lowest byte first: on most machines as they lie in memory.
 template <typename T>
 void writeNumbers(OutputFile& file, std::span<const T> values) {
-    writeRows(file, values.size(), sizeof(T),
-              [values](char* out, std::size_t i) { return toLittleEndian(out, values[i]); });
+    if constexpr (std::endian::native == std::endian::little) {
+        file.writeBytes(values.data(), values.size_bytes());
+    } else {
+        writeRows(file, values.size(), sizeof(T),
+                  [values](char* out, std::size_t i) { return toLittleEndian(out, values[i]); });
+    }
 }
 
 template <typename T>
