@@ -137,6 +137,8 @@ void writeObjFixtures(const TempFolder& folder) {
     writeFile(folder.file("relative.obj"), square + "f -3 -2 -1\n");
     writeFile(folder.file("quads.obj"), square + "f 1 2 3 4\nf 4 3 2 1\n");
     writeFile(folder.file("comment.obj"), "# the v component\n" + square + "f 1 2 3\nf 1 3 4\n");
+    writeFile(folder.file("solid.obj"), "v 0 0 0\nv 30 0 0\nv 0 30 0\nv 0 0 10\nf 1 3 2\nf 1 2 4\nf 1 4 3\nf 2 3 4\n");
+    writeFile(folder.file("folded.obj"), "v 0 0 0\nv 20 0 0\nv 10 16 0\nv 10 14 1\nf 1 2 3\nf 2 1 4\n");
     writeFile(folder.file("pentagon.obj"), "v 0 0 0\nv 20 0 0\nv 20 10 0\nv 10 30 0\nv 0 10 0\nf 1 2 3\nf 1 3 4 5\n");
     writeFile(folder.file("short.obj"), "v 0 0 0\nv 1 0 0\nv 1 2\nv 0 1 0\nf 1 2 4\nf 1 3 2\n");
 }

@@ -28,7 +28,8 @@ namespace talvek::test {
 ///   square.wrl        a square; scene.wrl: the same and a triangle; box.wrl: the same twice, and other shapes;
 ///                     flood.wrl: with 200 colours that do not fit it
 ///   sound.bin         a square, cut.bin: 70 % of it; flipped.sas: with a count that is too small
-///   pentagon.obj      a triangle and a quadrangle
+///   pentagon.obj      a triangle and a quadrangle; folded.obj: two triangles one over the other;
+///                     solid.obj: a tetrahedron of 1,500 cubic mm
 ///   two.cfg           mode 1, model 1, two epochs of 100 and 200 days
 void writeFixtures(const TempFolder& folder);
 

@@ -1,15 +1,16 @@
 #include "talvek/commands/check_command.h"
 
 #include <CLI/CLI.hpp>
-#include <algorithm>
 #include <cstdio>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "talvek/formats/mesh_file.h"
-#include "talvek/inspect/mesh_size.h"
-#include "talvek/inspect/mesh_survey.h"
 #include "talvek/inspect/native_mesh.h"
+#include "talvek/inspect/surface_check.h"
 #include "talvek/plan/import_arguments.h"
 #include "talvek/support/exit_status.h"
 #include "talvek/support/messages.h"
@@ -18,118 +19,97 @@ namespace talvek::host {
 
 namespace {
 
-void noteIf(Findings& findings, const char* kind, std::int64_t count, const char* thing,
-            const std::string& consequence) {
-    if (count > 0) {
-        findings.note(kind, count, countOf(static_cast<std::uint64_t>(count), thing) + " " + consequence);
+struct CheckOptions {
+    std::string path;
+    ImportOptions import;
+    bool asJson = false;
+};
+
+/// A mesh that has been looked through; without a mesh it does not load.
+struct CheckedMesh {
+    LoadedMesh loaded;
+    Findings findings;
+
+    const Object3D* mesh() const { return loaded.mesh.get(); }
+    bool hasLoss() const { return findings.first(Severity::kLoss) != nullptr; }
+};
+
+CheckedMesh checkMesh(const CheckOptions& options) {
+    requireReadable(options.path);
+    CheckedMesh checked;
+    if (isNativeName(options.path) && options.import.isPlain()) {
+        // As the library's reader sees it.
+        checked.loaded.mesh = inspectNativeMesh(options.path, checked.findings);
+    } else {
+        checked.loaded = loadMesh(options.path, options.import);
+        checkPositions(*checked.mesh(), checked.findings);
     }
-}
-
-void checkTexture(const TextureSurvey& survey, Findings& findings) {
-    noteIf(findings, "absentTexels", survey.absent, "face", "naming texture coordinates that are not there");
-    if (survey.faces > 0) {
-        noteIf(findings, "untexturedFaces", survey.without, "face", "without texture coordinates, which others have");
+    if (checked.mesh() != nullptr) {
+        checkSurface(*checked.mesh(), checked.findings);
     }
-    noteIf(findings, "unusedTexels", survey.unused, "texture coordinate", "that no face uses");
-    noteIf(findings, "outsideTexture", survey.outside, "face",
-           "with texture coordinates outside [0, 1), where no mineral map lies");
-    noteIf(findings, "clockwiseTexture", survey.clockwise, "face",
-           "clockwise in texture space, which mode 2 passes over");
+    return checked;
 }
 
-/// Single-precision numbers this far apart lose some of what a year does to a stone.
-constexpr double kCoarseSpacing = 0.001;
-
-void checkPlace(const Object3D& mesh, Findings& findings) {
-    const double farthest = std::ranges::max(largestCoordinates(mesh));
-    const double spacing = spacingAt(farthest);
-    if (spacing < kCoarseSpacing) {
-        return;
-    }
-    const MeshSize size = sizeOf(mesh);
-    const bool isFar = farthest > size.largest();
-    findings.note("farFromOrigin", 1,
-                  "coordinates reach " + briefNumber(farthest) + " mm, where single-precision numbers are " +
-                      briefNumber(spacing) + " mm apart and smaller movements are lost; the mesh itself is " +
-                      size.text() + " large" + (isFar ? ": move it to the origin" : ""));
-}
-
-void checkFaces(const MeshSurvey& survey, Findings& findings) {
-    noteIf(findings, "withoutNormal", survey.vertices.withoutNormal, "vertex position",
-           "without a normal: the faces around cancel out or have no area; nothing moves such a vertex, and smoothing "
-           "loses it");
-    noteIf(findings, "degenerateFaces", survey.faces.degenerate, "face",
-           "without an area, the first of them face " + std::to_string(survey.faces.firstDegenerate + 1) +
-               "; such faces have no direction and hold their vertices' normals back");
-    noteIf(findings, "nonManifoldEdges", survey.edges.nonManifold, "edge",
-           "with more than two faces; curvature, and with it smoothing, is not defined there");
-    noteIf(
-        findings, "inconsistentEdges", survey.edges.inconsistent, "edge",
-        "inconsistently oriented: its faces are turned against each other, and the surface moves to both sides there");
-    noteIf(findings, "unreferencedVertices", survey.vertices.unreferenced, "vertex position",
-           "that no face uses and that stays in place");
-    noteIf(findings, "duplicateVertices", survey.vertices.duplicate, "vertex position",
-           "shared with another vertex; where surfaces only seem joined they come apart as they move");
-}
-
-void checkSurface(const Object3D& mesh, Findings& findings) {
-    if (mesh.numFaces == 0 || mesh.numVertices == 0) {
-        findings.note("noSurface", 1,
-                      "there is no surface: " + countOf(static_cast<std::uint64_t>(mesh.numVertices), "vertex") + ", " +
-                          countOf(static_cast<std::uint64_t>(mesh.numFaces), "face"));
-        return;
-    }
-    const MeshSurvey survey = surveyMesh(mesh);
-    checkFaces(survey, findings);
-    checkPlace(mesh, findings);
-    checkTexture(survey.texture, findings);
-}
-
-int print(const std::string& path, const Findings& findings, const Object3D* mesh) {
-    for (const Finding& finding : findings.all) {
+void printText(const std::string& path, const CheckedMesh& checked) {
+    printImport(path, checked.loaded);
+    for (const Finding& finding : checked.findings.all) {
         std::printf("%s: %s\n", path.c_str(), finding.text.c_str());
     }
-    if (mesh == nullptr) {
+    if (checked.mesh() == nullptr) {
         std::printf("%s: the mesh does not load\n", path.c_str());
-        return kExitMesh;
+        return;
     }
-    std::printf("%s: the mesh loads: %s; %s%s\n", path.c_str(), contentOf(*mesh).c_str(),
-                findings.all.empty() ? "nothing found" : countOf(findings.all.size(), "finding").c_str(),
-                findings.first(Severity::kLoss) != nullptr ? "; talvek run refuses it without --accept-loss" : "");
-    return findings.all.empty() ? kExitDone : kExitFindings;
+    const std::size_t count = checked.findings.all.size();
+    std::printf("%s: the mesh loads: %s; %s%s\n", path.c_str(), contentOf(*checked.mesh()).c_str(),
+                count == 0 ? "nothing found" : countOf(count, "finding").c_str(),
+                checked.hasLoss() ? "; talvek run refuses it without --accept-loss" : "");
 }
 
-int checkCommand(const std::string& path, const ImportOptions& options) {
-    requireReadable(path);
-    Findings findings;
-    std::unique_ptr<Object3D> mesh;
-    if (isNativeName(path) && options.isPlain()) {
-        // As the library's reader sees it.
-        mesh = inspectNativeMesh(path, findings);
-    } else {
-        LoadedMesh loaded = loadMesh(path, options);
-        printImport(path, loaded);
-        mesh = std::move(loaded.mesh);
-        checkPositions(*mesh, findings);
+using Json = nlohmann::ordered_json;
+
+Json jsonOf(const Finding& finding) {
+    constexpr const char* kSeverities[] = {"notice", "loss", "fatal"};
+    return {{"kind", finding.kind},
+            {"severity", kSeverities[static_cast<std::size_t>(finding.severity)]},
+            {"count", finding.count},
+            {"text", finding.text}};
+}
+
+void printJson(const std::string& path, const CheckedMesh& checked) {
+    constexpr int kVersion = 1;
+    Json all = {{"schema", "talvek-check"}, {"version", kVersion}, {"file", path}};
+    all["loads"] = checked.mesh() != nullptr;
+    if (checked.mesh() != nullptr) {
+        all["vertices"] = checked.mesh()->numVertices;
+        all["faces"] = checked.mesh()->numFaces;
+        all["texels"] = checked.mesh()->numTexels;
     }
-    if (mesh != nullptr) {
-        checkSurface(*mesh, findings);
+    all["notes"] = checked.loaded.notes;
+    all["findings"] = Json::array();
+    for (const Finding& finding : checked.findings.all) {
+        all["findings"].push_back(jsonOf(finding));
     }
-    return print(path, findings, mesh.get());
+    std::printf("%s\n", all.dump(-1, ' ', false, Json::error_handler_t::replace).c_str());
+}
+
+int checkCommand(const CheckOptions& options) {
+    const CheckedMesh checked = checkMesh(options);
+    (options.asJson ? printJson : printText)(options.path, checked);
+    if (checked.mesh() == nullptr) {
+        return kExitMesh;
+    }
+    return checked.findings.all.empty() ? kExitDone : kExitFindings;
 }
 
 }  // namespace
 
 void addCheckCommand(CommandSet& commands) {
-    struct CheckOptions {
-        std::string path;
-        ImportOptions import;
-    };
     const auto options = std::make_shared<CheckOptions>();
     CLI::App& check = commands.add("check", "Tell why a mesh does not load or will not weather well",
-                                   [options] { return checkCommand(options->path, options->import); });
+                                   [options] { return checkCommand(*options); });
     addFileArgument(check, options->path, "MESH", meshArgumentText("Mesh to look through"));
     addImportArguments(check, options->import);
+    check.add_flag("--json", options->asJson, "Print one JSON object");
 }
 
 }  // namespace talvek::host

@@ -46,6 +46,9 @@ std::string number(std::int64_t value) {
     return std::to_string(value);
 }
 
+/// Raised when a member changes its meaning or goes.
+constexpr std::int64_t kJsonVersion = 1;
+
 /// One JSON object, built member by member.
 class JsonObject {
   public:
@@ -79,14 +82,17 @@ std::string json(const std::string& path, const Object3D& mesh, const MeshSurvey
         .add("mean", survey.edges.mean)
         .add("boundary", survey.edges.boundary)
         .add("nonManifold", survey.edges.nonManifold)
-        .add("turned", survey.edges.inconsistent);
+        .add("turned", survey.edges.inconsistent)
+        .add("folded", survey.edges.folded);
     JsonObject texture;
     texture.add("faces", survey.texture.faces)
         .add("outside", survey.texture.outside)
         .add("clockwise", survey.texture.clockwise)
         .add("coverage", survey.texture.coverage);
     JsonObject all;
-    all.addText("file", jsonString(path))
+    all.addText("schema", jsonString("talvek-info"))
+        .add("version", kJsonVersion)
+        .addText("file", jsonString(path))
         .add("vertices", std::int64_t{mesh.numVertices})
         .add("faces", std::int64_t{mesh.numFaces})
         .add("texels", std::int64_t{mesh.numTexels})

@@ -12,6 +12,24 @@ namespace talvek::host {
 
 namespace {
 
+/// The cosine of the angle between directions that are hardly ever so far apart but by folding.
+constexpr double kFolded = -0.8660254037844386;
+
+bool isFolded(const Object3D& mesh, const Edge& edge) {
+    if (!edge.isRegular()) {
+        return false;
+    }
+    const Point a = faceCross(mesh, edge.sides[0].face());
+    const Point b = faceCross(mesh, edge.sides[1].face());
+    return dot(a, b) < kFolded * length(a) * length(b);
+}
+
+void addFold(EdgeSurvey& survey, const Object3D& mesh, const Edge& edge) {
+    if (survey.folded++ == 0) {
+        survey.firstFold = (pointOf(mesh, edge.low) + pointOf(mesh, edge.high)) / 2.0;
+    }
+}
+
 void addEdge(EdgeSurvey& survey, const Object3D& mesh, const Edge& edge) {
     const double edgeLength = length(pointOf(mesh, edge.low) - pointOf(mesh, edge.high));
     survey.shortest = survey.count == 0 ? edgeLength : std::min(survey.shortest, edgeLength);
@@ -21,6 +39,9 @@ void addEdge(EdgeSurvey& survey, const Object3D& mesh, const Edge& edge) {
     survey.boundary += edge.sides.size() == 1 ? 1 : 0;
     survey.nonManifold += edge.sides.size() > 2 ? 1 : 0;
     survey.inconsistent += edge.sides.size() == 2 && !edge.isRegular() ? 1 : 0;
+    if (isFolded(mesh, edge)) {
+        addFold(survey, mesh, edge);
+    }
 }
 
 EdgeSurvey surveyEdges(const Object3D& mesh) {

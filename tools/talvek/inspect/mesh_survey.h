@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "mesh/object3d.h"
+#include "talvek/inspect/points.h"
 #include "talvek/inspect/texture_survey.h"
 
 namespace talvek::host {
@@ -20,6 +21,11 @@ struct EdgeSurvey {
     std::int64_t nonManifold = 0;
     /// Edges of two faces that run the same way round along it.
     std::int64_t inconsistent = 0;
+    /// Edges at which two faces, of one outside, lie folded on each other: their directions are more than 150 degrees
+    /// apart.
+    std::int64_t folded = 0;
+    /// The middle of the first of them.
+    Point firstFold{};
 };
 
 struct VertexSurvey {

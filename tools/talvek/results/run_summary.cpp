@@ -18,8 +18,9 @@ void printDisplacement(const SessionPlan& plan, const SurfaceChange& change) {
     if (!plan.keepsVertices()) {
         say("the frames have vertices of their own, on a grid; displacements by vertex cannot be told");
     } else if (change.isByVertex && change.notFinite < change.vertices) {
-        say("the surface moved by " + briefNumber(change.mean) + " mm on average, by " + briefNumber(change.largest) +
-            " mm at most");
+        for (const std::string& text : changeTexts(change)) {
+            say(text);
+        }
     }
 }
 
@@ -36,6 +37,18 @@ void reportChange(const RunFiles& files, const SessionPlan& plan) {
         throw Failure(kExitFrame, files.lastSurface + ": " + text);
     }
     printWarnings({text});
+    printWarnings(change->flaws);
+}
+
+/// As a shell takes it for one word.
+std::string quoted(const std::string& name) {
+    return name.find(' ') == std::string::npos ? name : "\"" + name + "\"";
+}
+
+void printWhereNext(const std::string& mesh) {
+    const std::string picture = mesh.substr(0, mesh.rfind('.')) + ".png";
+    say("look at it: talvek picture " + quoted(mesh) + " -o " + quoted(picture) + "; figures: talvek results " +
+        quoted(mesh));
 }
 
 /// "a to b", or what there is of it.
@@ -82,6 +95,7 @@ void warnOfOlderFrames(const RunFiles& files, const SessionPlan& plan) {
 void printSummary(const PreparedRun& run) {
     printFiles(run);
     reportChange(run.files, run.plan);
+    printWhereNext(run.files.mesh);
     warnOfOlderFrames(run.files, run.plan);
 }
 
