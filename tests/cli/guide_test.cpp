@@ -62,12 +62,21 @@ void makeStone(const TempFolder& folder) {
     writeFile(folder.file("stone.bmp"), example::bitmapBytes(example::makeMineralMap()));
 }
 
+/// The files that stand beside the guide.
+void copyExamples(const TempFolder& folder) {
+    const std::filesystem::path guide = TALVEK_USER_GUIDE;
+    for (const auto& entry : std::filesystem::directory_iterator(guide.parent_path() / "examples")) {
+        std::filesystem::copy_file(entry.path(), folder.file(entry.path().filename().string()));
+    }
+}
+
 TEST(UserGuide, ShowsWhatTheProgramPrints) {
     const TempFolder folder;
     const std::filesystem::path before = std::filesystem::current_path();
     std::filesystem::current_path(folder.path());
     makeStone(folder);
     writeTables(folder);
+    copyExamples(folder);
     int numRun = 0;
     unsigned status = 0;
     for (const Example& example : guideExamples()) {

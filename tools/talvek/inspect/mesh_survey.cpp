@@ -1,8 +1,8 @@
 #include "talvek/inspect/mesh_survey.h"
 
 #include <algorithm>
-#include <iterator>
-#include <tuple>
+#include <array>
+#include <bit>
 #include <vector>
 
 #include "talvek/inspect/mesh_edges.h"
@@ -57,6 +57,48 @@ bool hasNoNormal(const Object3D& mesh, std::int32_t vertex) {
                                [](float c) { return c == 0; });
 }
 
+/// The positions of a mesh's vertices, found again by their coordinates.
+class DistinctPositions {
+  public:
+    explicit DistinctPositions(const Object3D& mesh)
+        : mesh_(mesh), slots_(std::bit_ceil(2 * static_cast<std::size_t>(mesh.numVertices) + 1), kFree) {}
+
+    /// False where a vertex that was added before has the same position.
+    bool add(std::int32_t vertex) {
+        const std::array<std::uint32_t, 3> key = keyOf(vertex);
+        std::size_t slot = hashOf(key) & (slots_.size() - 1);
+        while (slots_[slot] != kFree && keyOf(slots_[slot]) != key) {
+            slot = (slot + 1) & (slots_.size() - 1);
+        }
+        const bool isNew = slots_[slot] == kFree;
+        slots_[slot] = isNew ? vertex : slots_[slot];
+        return isNew;
+    }
+
+  private:
+    static constexpr std::int32_t kFree = -1;
+
+    std::array<std::uint32_t, 3> keyOf(std::int32_t vertex) const {
+        // Adding 0 makes one of the two zeros.
+        const float* at = mesh_.vertices.get() + 3 * std::int64_t{vertex};
+        return {std::bit_cast<std::uint32_t>(at[0] + 0.0F), std::bit_cast<std::uint32_t>(at[1] + 0.0F),
+                std::bit_cast<std::uint32_t>(at[2] + 0.0F)};
+    }
+
+    static std::size_t hashOf(const std::array<std::uint32_t, 3>& key) {
+        constexpr std::uint64_t kMix = 0x9E3779B97F4A7C15;
+        std::uint64_t hash = 0;
+        for (const std::uint32_t word : key) {
+            hash = (hash ^ word) * kMix;
+            hash ^= hash >> 32;
+        }
+        return static_cast<std::size_t>(hash);
+    }
+
+    const Object3D& mesh_;
+    std::vector<std::int32_t> slots_;
+};
+
 VertexSurvey surveyVertices(const Object3D& mesh) {
     VertexSurvey survey;
     std::vector<bool> isReferenced(static_cast<std::size_t>(mesh.numVertices));
@@ -64,18 +106,12 @@ VertexSurvey surveyVertices(const Object3D& mesh) {
         isReferenced[static_cast<std::size_t>(vertex)] = true;
     }
     survey.unreferenced = std::ranges::count(isReferenced, false);
-    std::vector<Point> points;
+    DistinctPositions positions(mesh);
     for (std::int32_t v = 0; v < mesh.numVertices; ++v) {
-        if (isFinite(pointOf(mesh, v))) {
-            points.push_back(pointOf(mesh, v));
-        }
+        survey.duplicate += isFinite(pointOf(mesh, v)) && !positions.add(v) ? 1 : 0;
         survey.withoutNormal += isReferenced[static_cast<std::size_t>(v)] && hasNoNormal(mesh, v) ? 1 : 0;
     }
     survey.notFinite = countNotFinite(mesh);
-    const auto coordinates = [](const Point& p) { return std::tuple(p.x, p.y, p.z); };
-    std::ranges::sort(points, {}, coordinates);
-    const auto repeated = std::ranges::unique(points, {}, coordinates);
-    survey.duplicate = std::ssize(repeated);
     return survey;
 }
 
