@@ -265,6 +265,11 @@ void addFiles(CLI::App& command, RunOptions& options) {
                      "Write the parameters beside the mesh, as MESH's name with .cfg");
     command.add_flag("--force", options.force, "Replace files that the program has not written");
     command.add_flag("--keep-input-frames", options.keepInputFrame, "Also write the input surface as frame 0");
+    command
+        .add_option("--max-output", options.mostOutput,
+                    "Refuse a run that would write more, such as 500MB or 2TB (default 100GB)")
+        ->transform(CLI::AsSizeValue(true))
+        ->type_name("SIZE");
     command.add_flag("--accept-loss", options.acceptsLoss,
                      "Weather what is left of a mesh whose file is not read whole or not as meant");
     CLI::Option* map = command

@@ -70,6 +70,8 @@ struct RunOptions : PlanOptions {
     bool keepInputFrame = false;
     /// Whether a mesh of which the reader leaves something out is weathered all the same.
     bool acceptsLoss = false;
+    /// The most bytes that a run may write.
+    std::uint64_t mostOutput = 100'000'000'000;
     std::string mineralMap;
     bool replaceMap = false;
     std::string log;

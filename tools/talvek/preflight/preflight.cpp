@@ -108,4 +108,14 @@ void requireRoom(PreparedRun& run) {
     }
 }
 
+void requireBoundedOutput(const PreparedRun& run, std::uint64_t most) {
+    if (run.bytesNeeded > most) {
+        throw Failure(kExitOutput, run.files.source + ": the surfaces of this run need about " +
+                                       byteCount(static_cast<double>(run.bytesNeeded)) + ", more than the " +
+                                       byteCount(static_cast<double>(most)) +
+                                       " that a run may write; allow more with --max-output, run fewer epochs, or keep "
+                                       "fewer frames with --frames");
+    }
+}
+
 }  // namespace talvek::host

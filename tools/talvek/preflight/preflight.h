@@ -24,4 +24,7 @@ std::optional<MapToPlace> requireMineralMap(const SessionPlan& plan, const RunOp
 /// be, and the disk has the room.
 void requireRoom(PreparedRun& run);
 
+/// Throws Failure for a run that needs more room than it may: a small file can promise a large mesh.
+void requireBoundedOutput(const PreparedRun& run, std::uint64_t most);
+
 }  // namespace talvek::host

@@ -41,6 +41,7 @@ PreparedRun prepareRun(const RunOptions& options, const SessionPlan& plan) {
     requireFreePlace(run.files, options.force);
     run.mesh = std::move(mesh);
     requireRoom(run);
+    requireBoundedOutput(run, options.mostOutput);
     printWarnings({textureWarning(plan.mode, *run.mesh), crustWarning(plan), sizeWarning(plan, *run.mesh)});
     printWarnings(movementWarnings(plan, *run.mesh));
     if (plan.keepsVertices()) {
