@@ -11,7 +11,7 @@ namespace talvek {
 
 namespace {
 
-/// Reports about images name the file in which they were read before they had one of their own.
+/// Where error reports about images say that they were made: readers of the reports know "load3d".
 constexpr SourceSite siteInLoad3d(int line) {
     return {"load3d.cpp", line};
 }

@@ -1,6 +1,6 @@
 // Decimal digits, many at a time: where a run of digits ends comes from one comparison of 16 characters (SSE2) or of 8
 // in a word, and what 8 digits amount to comes from three multiplications, each of which joins neighbours: digits to
-// pairs, pairs to fours, fours to eights. About 2 ns for 8 digits, against 8 ns digit by digit.
+// pairs, pairs to fours, fours to eights.
 #pragma once
 
 #include <bit>

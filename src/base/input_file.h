@@ -35,9 +35,6 @@ class InputFile {
     /// Whether a read has failed, so that what was read is not all there is.
     bool hasFailed() const { return hasFailed_; }
 
-    /// The number of bytes read so far.
-    std::int64_t position() const { return position_; }
-
     /// The bytes that are left in a regular file, -1 for anything else (a pipe, a device).
     std::int64_t remaining() const { return size_ < 0 ? -1 : (size_ > position_ ? size_ - position_ : 0); }
 

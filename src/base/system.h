@@ -1,5 +1,6 @@
-// All that the library asks of the operating system: files, memory, the console, the clock. Each function is the plain
-// system call with its failure reported; how bytes are buffered, checked and put in place is decided above.
+// Everything that the library asks of the operating system: files, memory, the console, the clock. A function makes
+// the plain system call and returns whether it failed; buffering, checking and putting files in place are the business
+// of those who call it.
 #pragma once
 
 #include <cstddef>
@@ -15,7 +16,8 @@ namespace talvek::system {
 void* allocate(std::size_t bytes) noexcept;
 void* allocateZeroed(std::size_t bytes) noexcept;
 void release(void* block) noexcept;
-/// The block, maybe moved, with room for no more than its first `bytes` bytes; as it is where that fails.
+/// Gives back what lies behind the first `bytes` bytes of a block. Returns the block, which may have moved; unchanged
+/// where the system cannot do it.
 void* shrink(void* block, std::size_t bytes) noexcept;
 
 /// An open file; closed when it goes out of scope.

@@ -35,8 +35,8 @@ int descriptorOf(File::Handle handle) {
     return static_cast<int>(handle);
 }
 
-/// Asks for large pages where a block covers whole ones: the system then hands out 2 MiB at a time instead of 4 KiB,
-/// which takes a fifth of the time. No more memory is used.
+/// Asks for large pages where a block covers whole ones: the system then hands out 2 MiB at a time instead of 4 KiB.
+/// No more memory is used.
 void* onLargePages(void* block, std::size_t bytes) noexcept {
 #ifdef MADV_HUGEPAGE
     constexpr std::size_t kPage = std::size_t{2} << 20;

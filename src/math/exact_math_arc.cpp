@@ -195,8 +195,7 @@ void replacePair(double* values, const double* sines, const double* errors) {
     }
 }
 
-/// By the same arithmetic as for one value alone. Two stages, so that the processor finds work beside the square roots:
-/// 9 ns for each value instead of 15.
+/// By the same arithmetic as for one value alone. Two stages, so that the processor finds work beside the square roots.
 void replaceBlock(std::span<double> values) {
     std::array<double, kBlock> sines;
     std::array<double, kBlock> errors;

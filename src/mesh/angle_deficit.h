@@ -1,4 +1,5 @@
-// By how much the angles around a vertex fall short of a full turn, between bounds that are quick to find.
+// By how much the angles around a vertex fall short of a full turn (its angle deficit, which the theorem of Gauss and
+// Bonnet makes the Gaussian curvature of the area around it), between bounds that are quick to find.
 #pragma once
 
 #include <algorithm>

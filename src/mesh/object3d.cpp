@@ -24,10 +24,6 @@ void appendWhatFits(char* field, std::string_view text) {
 
 }  // namespace
 
-std::string_view Object3D::nameText() const {
-    return {name, fieldLength(name)};
-}
-
 void setText(char (&field)[Object3D::kTextSize], std::string_view text) {
     std::memset(field, 0, sizeof field);
     appendWhatFits(field, text);

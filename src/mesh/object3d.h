@@ -89,7 +89,6 @@ class Object3D : public ObjCurvature, public ObjVertexWeight {
     std::span<const std::int32_t> faceSpan() const {
         return {vertexIndex.get(), 3 * static_cast<std::size_t>(numFaces)};
     }
-    std::string_view nameText() const;
 
   private:
     /// Fills `normals`, 3F floats, unless it is null.

@@ -1,4 +1,7 @@
-// What the triangles around vertices add up to, calculated for the rings of many vertices at a time.
+// What the triangles around vertices add up to, calculated for the rings of many vertices at a time: the cotangent
+// weights, the area and the angle deficit of M. Meyer, M. Desbrun, P. Schroeder, A. H. Barr: Discrete
+// Differential-Geometry Operators for Triangulated 2-Manifolds, Visualization and Mathematics III, 2003. Where they
+// take a mixed area, a third of the ring's area stands here.
 #pragma once
 
 #include <array>
@@ -21,7 +24,7 @@ struct RingSums {
 
 /// Takes rings until it is full, then sums up each of them. Between two neighbours in a row and the vertex lies a
 /// triangle; first the terms of all triangles are calculated, side by side, then they are added in the order of each
-/// ring. Half the time of ring by ring and term by term.
+/// ring.
 class RingTerms {
   public:
     void clear();

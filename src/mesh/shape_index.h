@@ -1,4 +1,7 @@
-// How a surface is curved at each of its vertices.
+// How a surface is curved at each of its vertices, after M. Meyer, M. Desbrun, P. Schroeder, A. H. Barr: Discrete
+// Differential-Geometry Operators for Triangulated 2-Manifolds, Visualization and Mathematics III, 2003: the mean
+// curvature from cotangent weights, the Gaussian curvature from the angle deficit, both over a third of the ring's area
+// in place of their mixed area.
 #pragma once
 
 #include <cstdint>
@@ -14,9 +17,8 @@ namespace talvek {
 /// normals or vertex index.
 void requireCurvableMesh(const Object3D* mesh);
 
-/// Estimates the curvature of a triangle mesh: the mean curvature from the cotangent weights of a vertex's one-ring,
-/// the Gaussian curvature from its angle deficit, both over a third of the ring's area. Curvatures are in 1 / mm; on a
-/// convex surface with outward normals the mean curvature is positive.
+/// Estimates the curvature of a triangle mesh at its vertices. Curvatures are in 1 / mm; on a convex surface with
+/// outward normals the mean curvature is positive.
 class ShapeIndex {
   public:
     enum class History : bool { kForgotten, kKept };
@@ -37,8 +39,6 @@ class ShapeIndex {
     /// The shape indices of all computations so far, V from each: empty when the history is forgotten. Vertices with
     /// fewer than three neighbours stand here with 1.
     const std::vector<float>& shapeIndexList() const { return shapeIndexList_; }
-
-    const OneRings& rings() const { return rings_; }
 
   private:
     template <typename Use>

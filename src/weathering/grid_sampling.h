@@ -17,17 +17,19 @@ struct GridPoint {
     std::array<float, 3> weights;
 };
 
-/// Depends on the faces and the texels of a mesh alone: as long as they stay, all that the corners of its faces carry
-/// can be drawn into grids without going through the faces again.
+/// Finds out once for each cell of the grid which face of a mesh covers it, from the faces and the texels alone. As
+/// long as these do not change, any values at the vertices (positions, normals) can be drawn into grids by `sample`,
+/// which does not go through the faces again.
 class GridSampling {
   public:
-    /// Of faces that overlap the last one counts. Not found are faces that run clockwise or have no extent in texture
-    /// space, and those with a corner whose texel does not exist or is not finite. Without a texel index the vertex
-    /// index stands for it. Throws std::bad_alloc.
+    /// Where several faces cover a cell, the last of them counts. A face covers nothing that runs clockwise or has no
+    /// extent in texture space, or one of whose corners has a texel that does not exist or is not finite: no face of a
+    /// mesh without texels covers anything. In a mesh without a texel index the vertices' own numbers are the texels'
+    /// numbers. Throws std::bad_alloc.
     explicit GridSampling(const Object3D& mesh);
 
-    /// A grid of what the points carry, interpolated between the triples of the corners; cells without a point are 0.
-    /// Throws std::bad_alloc.
+    /// A grid of the triples in `attribute`, one for each vertex, interpolated between the corners of each cell's face;
+    /// zeros in cells that no face covers. Throws std::bad_alloc.
     std::unique_ptr<Grid> sample(const float* attribute) const;
 
   private:

@@ -8,11 +8,11 @@
 
 namespace talvek {
 
-/// Draws every face of a mesh, where its texture coordinates put it, into a grid of kGridSize cells in each direction,
-/// and interpolates `attribute`, 3V floats, between its corners; null for a null attribute. Of faces that overlap the
-/// last one counts; cells that no face covers are 0. Without a texel index the vertex index stands for it. Not drawn
-/// are faces that run clockwise or have no extent in texture space, and those with a corner whose texel does not exist
-/// or is not finite: nothing at all of a mesh without texels. Throws std::bad_alloc.
+/// Draws the faces of a mesh, where their texture coordinates put them, into a grid of kGridSize cells in each
+/// direction. `attribute` has a triple for each vertex; a cell inside a face gets what is interpolated between the
+/// triples of the face's corners, a cell outside all faces gets zeros. A cell inside several faces gets the value of
+/// the last of them. Which faces are drawn is said at GridSampling. Returns null for a null attribute. Throws
+/// std::bad_alloc.
 std::unique_ptr<Grid> rasteriseToGrid(const Object3D& mesh, const float* attribute);
 
 }  // namespace talvek

@@ -16,10 +16,13 @@ std::int32_t cellAt(double place) {
 
 }  // namespace
 
-// In single precision, with e = 2^-24: each of the four differences is off by at most e of itself, each of both
-// products by 3 e and the difference of these by one e more; the products are at most that of the largest differences
-// in both directions. That makes 8 e of it. The margin is twice that, which covers the arithmetic here and products too
-// small for their digits too.
+// How far the test in single precision can be off, with e = 2^-24 for one rounding. The area is the difference of two
+// products, and each factor is a difference of coordinates.
+//   Each factor is off by at most 1 e of itself, so each product, rounded once itself, by at most 3 e of itself.
+//   The difference of the products is rounded once more: at most 1 e of itself, which is at most the sum of both.
+//   With P for the largest product that there can be, that is 3 e P + 3 e P + 2 e P = 8 e P.
+// As no point of the grid lies further than 1 from the origin, P is at most (largestU + 1) (largestV + 1). The margin
+// is 16 e P: the other half covers the rounding of the arithmetic here, and products so small that they lose digits.
 TriangleReach::TriangleReach(const std::array<float, 4>& u, const std::array<float, 4>& v) {
     double largestU = 0;
     double largestV = 0;
@@ -31,7 +34,8 @@ TriangleReach::TriangleReach(const std::array<float, 4>& u, const std::array<flo
     margin_ = 0x1p-20 * (largestU + 1) * (largestV + 1);
 }
 
-/// The areas that a point makes with the edges add up to that of the triangle.
+// The three areas that a point makes with the edges add up to the area of the triangle. If that is below minus three
+// margins, one of the three is below minus one margin, and the point fails the test.
 bool TriangleReach::isClockwise() const {
     const auto& [a, b, c] = corners_;
     return (b.u - a.u) * (c.v - a.v) - (b.v - a.v) * (c.u - a.u) < -3 * margin_;

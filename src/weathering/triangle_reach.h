@@ -14,8 +14,9 @@ struct CellRange {
     std::int64_t count() const { return std::int64_t{last} - first + 1; }
 };
 
-/// Bounds what the rasteriser finds inside a triangle, whose test in single precision rounds: no cell that passes it is
-/// left out, and few others stay. A sliver or a triangle that runs clockwise covers little of its box or nothing.
+/// Bounds the cells that pass the rasteriser's test for lying inside a triangle, a test that is made in single
+/// precision and rounds: every cell that passes lies within the bounds, and few that do not. That saves looking at most
+/// of the box around a sliver, and at all of it where a triangle runs clockwise.
 class TriangleReach {
   public:
     /// Texture coordinates of the three corners, which have to be finite; the fourth values do not count.
@@ -24,7 +25,7 @@ class TriangleReach {
     /// Whether no point of the grid passes the test, because the triangle runs clockwise by more than rounding hides.
     bool isClockwise() const;
 
-    /// Of these columns, those that the triangle may reach in the row at coordinate `v`.
+    /// The part of `range` that the triangle may reach in the row at coordinate `v`.
     CellRange columns(float v, CellRange range) const;
 
   private:

@@ -112,13 +112,13 @@ std::unique_ptr<Object3D> makeSphere(float radius, int levels) {
     return makeMesh(builder.vertices, builder.faces);
 }
 
-void layTexture(Object3D& mesh, float uScale, float tScale) {
+void layTexture(Object3D& mesh, float uScale, float vScale) {
     mesh.numTexels = mesh.numVertices;
     mesh.texels = makeArray<float>(2 * std::int64_t{mesh.numTexels});
     mesh.texelIndex = copyArray(mesh.vertexIndex.get(), 3 * std::int64_t{mesh.numFaces});
     for (std::size_t i = 0; i < static_cast<std::size_t>(mesh.numVertices); ++i) {
         mesh.texels[2 * i] = mesh.vertices[3 * i] * uScale;
-        mesh.texels[2 * i + 1] = mesh.vertices[3 * i + 1] * tScale;
+        mesh.texels[2 * i + 1] = mesh.vertices[3 * i + 1] * vScale;
     }
 }
 

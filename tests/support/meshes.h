@@ -4,11 +4,18 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "mesh/object3d.h"
 
 namespace talvek::test {
+
+/// The name of a mesh: a text of exactly the field's size has no terminator.
+inline std::string_view nameOf(const Object3D& mesh) {
+    const std::string_view field(mesh.name, sizeof mesh.name);
+    return field.substr(0, field.find('\0'));
+}
 
 /// A mesh of these triples, without normals.
 std::unique_ptr<Object3D> makeMesh(const std::vector<float>& vertices, const std::vector<std::int32_t>& faces);
@@ -23,7 +30,7 @@ std::unique_ptr<Object3D> makeCube(float size);
 std::unique_ptr<Object3D> makeSphere(float radius, int levels);
 
 /// Gives every vertex a texel at its x and y, scaled.
-void layTexture(Object3D& mesh, float uScale, float tScale);
+void layTexture(Object3D& mesh, float uScale, float vScale);
 
 /// OBJ text of a mesh, with coordinates, and texels where there are some, in full precision.
 std::string objText(const Object3D& mesh);

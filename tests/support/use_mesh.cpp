@@ -4,6 +4,7 @@
 
 #include "Vexo_Lib/obj.h"
 #include "mesh/shape_index.h"
+#include "support/meshes.h"
 #include "weathering/surface.h"
 
 namespace talvek::test {
@@ -38,7 +39,7 @@ void readEverything(const Object3D& mesh) {
     readAll(mesh.texelIndex, 3 * faces);
     readAll(mesh.faceNormals, 3 * faces);
     readAll(mesh.faceColours, 3 * faces);
-    sink = static_cast<float>(mesh.nameText().size() + std::string_view(mesh.label).size());
+    sink = static_cast<float>(nameOf(mesh).size() + std::string_view(mesh.label).size());
 }
 
 /// Nothing is moved where the curvature cannot be told.

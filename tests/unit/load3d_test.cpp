@@ -10,6 +10,7 @@
 #include "Vexo_Lib/error_report.h"
 #include "support/error_reports.h"
 #include "support/mesh_file_writers.h"
+#include "support/meshes.h"
 #include "support/test_files.h"
 
 namespace talvek::test {
@@ -39,7 +40,7 @@ TEST_F(Load, FinishesTheMesh) {
     EXPECT_NE(mesh->vertexNormals, nullptr);
     EXPECT_NE(mesh->faceNormals, nullptr);
     EXPECT_GT(mesh->meanEdgeLength, 0);
-    EXPECT_EQ(mesh->nameText(), path_);
+    EXPECT_EQ(nameOf(*mesh), path_);
     EXPECT_EQ(mesh->largestCoordinate, 3);
     EXPECT_EQ(report_, "");
 }
@@ -180,7 +181,7 @@ TEST_F(Load, ALongPathFillsTheNameWithoutATerminator) {
         const auto mesh = load(name.substr(0, name.size() - 4) + ".obj");
         ASSERT_NE(mesh, nullptr) << length;
         EXPECT_EQ(path_.size(), length);
-        EXPECT_EQ(mesh->nameText(), path_.substr(0, 256));
+        EXPECT_EQ(nameOf(*mesh), path_.substr(0, 256));
         EXPECT_EQ(mesh->name[255] == '\0', length == 255);
     }
 }

@@ -58,7 +58,7 @@ TEST(ObjReader, LeavesTheRestOfTheRecordAsItWasBuilt) {
     EXPECT_EQ(mesh->vertexNormals, nullptr);
     EXPECT_EQ(mesh->faceNormals, nullptr);
     EXPECT_EQ(mesh->faceColours, nullptr);
-    EXPECT_EQ(mesh->nameText(), "");
+    EXPECT_EQ(nameOf(*mesh), "");
     EXPECT_EQ(mesh->flag, 1);
 }
 

@@ -52,7 +52,7 @@ TEST(MeshRecord, StartsEmpty) {
     EXPECT_EQ(mesh.flag, 1);
     EXPECT_EQ(mesh.scale[0], 1);
     EXPECT_EQ(mesh.scale[2], 1);
-    EXPECT_EQ(mesh.nameText(), "");
+    EXPECT_EQ(nameOf(mesh), "");
     EXPECT_EQ(mesh.label[0], '\0');
 }
 
@@ -67,7 +67,7 @@ TEST(MeshRecord, IsBuiltFromCurvatureAndWeights) {
 TEST(MeshRecord, ANameMayFillItsFieldWithoutATerminator) {
     Object3D mesh;
     setName(mesh, std::string(300, 'n'));
-    EXPECT_EQ(mesh.nameText(), std::string(256, 'n'));
+    EXPECT_EQ(nameOf(mesh), std::string(256, 'n'));
 }
 
 TEST(MeshClone, HoldsPositionsFacesAndTexts) {
@@ -78,7 +78,7 @@ TEST(MeshClone, HoldsPositionsFacesAndTexts) {
     EXPECT_NE(clone->vertices.get(), mesh->vertices.get());
     EXPECT_TRUE(std::ranges::equal(clone->vertexSpan(), mesh->vertexSpan()));
     EXPECT_TRUE(std::ranges::equal(clone->faceSpan(), mesh->faceSpan()));
-    EXPECT_EQ(clone->nameText(), "stone.obj (clone)");
+    EXPECT_EQ(nameOf(*clone), "stone.obj (clone)");
     EXPECT_STREQ(clone->label, "a label");
 }
 
@@ -103,7 +103,7 @@ TEST(MeshClone, AddsToTheNameWhatFits) {
         mesh.vertices = makeArray<float>(0);
         mesh.vertexIndex = makeArray<std::int32_t>(0);
         setName(mesh, std::string(length, 'n'));
-        return std::string(cloneMesh(mesh)->nameText());
+        return std::string(nameOf(*cloneMesh(mesh)));
     };
     EXPECT_EQ(cloneName(247), std::string(247, 'n') + " (clone)");
     EXPECT_EQ(cloneName(248), std::string(248, 'n') + " (clone");
@@ -116,13 +116,13 @@ TEST(MeshClone, AddsToTheNameWhatFits) {
 TEST(MeshClone, OfAnEmptyRecordIsEmpty) {
     const std::unique_ptr<Object3D> clone = cloneMesh(Object3D());
     EXPECT_EQ(clone->numVertices, 0);
-    EXPECT_EQ(clone->nameText(), " (clone)");
+    EXPECT_EQ(nameOf(*clone), " (clone)");
 }
 
 TEST(MeshCopy, HoldsTexelsColoursNormalsAndWeights) {
     const std::unique_ptr<Object3D> mesh = fullMesh();
     const std::unique_ptr<Object3D> copy = copyMesh(*mesh);
-    EXPECT_EQ(copy->nameText(), "stone.obj (clone)");
+    EXPECT_EQ(nameOf(*copy), "stone.obj (clone)");
     EXPECT_EQ(copy->numTexels, 5);
     EXPECT_EQ(copy->texels[9], 0.25F);
     EXPECT_EQ(copy->texelIndex[35], 4);

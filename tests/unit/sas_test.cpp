@@ -50,7 +50,7 @@ TEST_F(Sas, ReadsAMeshWithoutTexels) {
     expectTetrahedron(*mesh);
     EXPECT_EQ(mesh->texels, nullptr);
     EXPECT_EQ(mesh->texelIndex, nullptr);
-    EXPECT_EQ(mesh->nameText(), path_);
+    EXPECT_EQ(nameOf(*mesh), path_);
 }
 
 TEST_F(Sas, ReadsATexelForEachVertex) {
@@ -141,7 +141,7 @@ TEST_F(Sas, TheLegacyReaderReadsItsVersionAloneAndLeavesTheFile) {
     const auto mesh = ReadLegacySasFile(path_.c_str());
     ASSERT_NE(mesh, nullptr);
     expectTetrahedron(*mesh);
-    EXPECT_EQ(mesh->nameText(), path_);
+    EXPECT_EQ(nameOf(*mesh), path_);
     EXPECT_EQ(readFile(path_), legacySasTetrahedron());
     CaughtReports reports;
     writeFile(path_, sasTetrahedron(7778));

@@ -18,7 +18,7 @@ struct ChildEnd {
     std::string describe() const;
 };
 
-/// Where a child's standard error goes.
+/// Where a child's standard error goes: to this program's own, or the same way as the child's standard output.
 enum class ChildErrors : bool { kShared, kWithOutput };
 
 class ChildProcess {
@@ -34,7 +34,7 @@ class ChildProcess {
     /// Waits for output and reads up to `size` bytes of it; 0 when the child has closed its output.
     std::size_t readOutput(char* to, std::size_t size);
 
-    /// Waits until the child has ended. May be called again.
+    /// Waits until the child has ended; called again, returns the same end at once.
     ChildEnd wait();
 
     /// Ends the child at once, without a chance to tidy up.
@@ -56,9 +56,9 @@ class ChildProcess {
     ChildEnd end_;
 };
 
-/// While one lives, Ctrl-C, a request to terminate and the end of the terminal end `child` instead of this program,
-/// which goes on to tidy up. A signal that this program was told to ignore when it was started ends neither. There is
-/// one guard at a time, and it does not outlive the child.
+/// As long as a guard exists, Ctrl-C, a request to terminate and the end of the terminal end `child`, and this program
+/// goes on and tidies up. A signal that this program was told to ignore when it was started ends neither. There is at
+/// most one guard at a time, and it is destroyed before its ChildProcess is.
 class CancelGuard {
   public:
     explicit CancelGuard(ChildProcess& child);
@@ -93,7 +93,8 @@ std::string programPath();
 /// Whether standard error is a terminal.
 bool hasTerminal();
 
-/// From now on a write that hits a size limit fails and can be told, instead of ending the program.
+/// After this call a write beyond the limit for the size of a file fails, as on a full disk; before, it ends the
+/// program.
 void reportFileSizeLimitAsError();
 
 }  // namespace talvek::host
