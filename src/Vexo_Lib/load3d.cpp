@@ -11,12 +11,6 @@ namespace talvek {
 
 namespace {
 
-bool hasOnlyExistingVertices(const Object3D& mesh) {
-    const auto count = static_cast<std::uint32_t>(mesh.numVertices);
-    return std::ranges::all_of(mesh.faceSpan(),
-                               [count](std::int32_t vertex) { return static_cast<std::uint32_t>(vertex) < count; });
-}
-
 /// Fills the field as strncpy does: cut without a terminator, or padded with NUL.
 void setName(Object3D& mesh, std::string_view path) {
     const std::size_t kept = std::min(path.size(), Object3D::kTextSize);

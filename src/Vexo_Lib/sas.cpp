@@ -1,5 +1,7 @@
 #include "Vexo_Lib/sas.h"
 
+#include <optional>
+
 #include "Vexo_Lib/error_report.h"
 #include "Vexo_Lib/sas_encoding.h"
 
@@ -9,8 +11,8 @@ namespace {
 
 struct Loaded {
     std::unique_ptr<Object3D> mesh;
-    /// Whether the file is complete and of the version that is no longer written.
-    bool isToBeUpgraded = false;
+    /// The file, where it is of the version that is no longer written, and sound.
+    std::optional<system::FileStamp> upgradable;
 };
 
 /// The file is closed again when this returns: on Windows an open file cannot be replaced.
@@ -23,16 +25,32 @@ Loaded load(const char* path) {
     const SasHeader header = readSasHeader(file);
     if (header.version == SasHeader::kPlanar) {
         std::unique_ptr<Object3D> mesh = readPlanarSas(file, header, path);
-        return {std::move(mesh), file.isRegular() && !file.isShort()};
+        // A damaged header in front of a whole scan shows in the file's length or in its indices.
+        const bool isSound = file.isExactlyRead() && hasOnlyExistingVertices(*mesh);
+        return {std::move(mesh), isSound ? file.stamp() : std::nullopt};
     }
     if (header.version < SasHeader::kWithoutTexels || header.version > SasHeader::kTexelIndex) {
         return {};
     }
-    return {readInterleavedSas(file, header, path)};
+    return {readInterleavedSas(file, header, path), std::nullopt};
+}
+
+bool writeSas(const char* path, const Object3D& mesh, const std::optional<system::FileStamp>& replaced) {
+    OutputFile file(path, Durability::kOnDisk, replaced);
+    if (file.isOpen()) {
+        writeInterleavedSas(file, mesh);
+        if (file.finish()) {
+            return true;
+        }
+    }
+    reportError(TALVEK_HERE, "Cannot create ", path);
+    return false;
 }
 
 /// The mesh has been read: failing to replace its file is no reason to lose it.
-void upgrade(const char* path, const Object3D& mesh) try { WriteSasFile(path, mesh); } catch (const std::bad_alloc&) {
+void upgrade(const char* path, const Loaded& loaded) try {
+    writeSas(path, *loaded.mesh, loaded.upgradable);
+} catch (const std::bad_alloc&) {
     reportError(TALVEK_HERE, "Cannot create ", path);
 }
 
@@ -40,8 +58,8 @@ void upgrade(const char* path, const Object3D& mesh) try { WriteSasFile(path, me
 
 std::unique_ptr<Object3D> LoadSasFile(const char* path) try {
     Loaded loaded = load(path);
-    if (loaded.isToBeUpgraded) {
-        upgrade(path, *loaded.mesh);
+    if (loaded.upgradable) {
+        upgrade(path, loaded);
     }
     return std::move(loaded.mesh);
 } catch (const std::bad_alloc&) {
@@ -68,15 +86,7 @@ std::unique_ptr<Object3D> ReadLegacySasFile(const char* path) try {
 }
 
 bool WriteSasFile(const char* path, const Object3D& mesh) {
-    OutputFile file(path, Durability::kOnDisk);
-    if (file.isOpen()) {
-        writeInterleavedSas(file, mesh);
-        if (file.finish()) {
-            return true;
-        }
-    }
-    reportError(TALVEK_HERE, "Cannot create ", path);
-    return false;
+    return writeSas(path, mesh, std::nullopt);
 }
 
 }  // namespace talvek

@@ -7,10 +7,11 @@
 
 namespace talvek {
 
-/// Reads a SAS file of any version. A file of version 7777 is replaced by its version 7778 form, unless it is shorter
-/// than its header promises or cannot be replaced; whatever happens, there is a good file under its name. What the file
-/// does not hold is 0; indices are not checked. Returns null for an unknown version and, after a report on standard
-/// error, for a file that cannot be opened or whose counts cannot be true.
+/// Reads a SAS file of any version. A file of version 7777 is replaced by its version 7778 form if it is exactly as
+/// long as its header promises and all its faces name vertices that are there; anything else may be a damaged header in
+/// front of a whole scan. Only the very file that was read is replaced, and it keeps its owner and permissions. What
+/// the file does not hold is 0; indices are not checked. Returns null for an unknown version and, after a report on
+/// standard error, for a file that cannot be opened or whose counts cannot be true.
 std::unique_ptr<Object3D> LoadSasFile(const char* path);
 
 /// Reads a SAS file of any version without touching it. Returns null as LoadSasFile does.

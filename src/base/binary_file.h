@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 #include "base/heap_array.h"
 #include "base/input_file.h"
@@ -13,18 +14,15 @@ namespace talvek {
 /// the file holds more and a read fails all the same, every function throws std::bad_alloc.
 class BinaryFile {
   public:
-    /// The bytes that a file may promise beyond its end before it counts as damaged.
-    static constexpr std::int64_t kLargestPromise = std::int64_t{256} << 20;
-
     explicit BinaryFile(const char* path) : file_(path) {}
 
     bool isOpen() const { return file_.isOpen(); }
 
-    /// False for a pipe or a device.
-    bool isRegular() const { return file_.remaining() >= 0; }
+    /// Whether it is a regular file, and what has been asked for is what it holds, no more and no less.
+    bool isExactlyRead() const { return missing_ == 0 && file_.remaining() == 0; }
 
-    /// Whether more has been asked for than the file holds.
-    bool isShort() const { return missing_ > 0; }
+    /// Which file this is, and its state.
+    std::optional<system::FileStamp> stamp() const { return file_.stamp(); }
 
     void readBytes(char* to, std::size_t size) {
         std::memset(to, 0, size);
@@ -38,12 +36,13 @@ class BinaryFile {
     }
 
     /// Says that `count` values of four bytes are going to be read. Throws std::bad_alloc for a negative count, one
-    /// that no memory can hold, and one that makes the file promise more than kLargestPromise bytes beyond its end.
+    /// that no memory can hold, and one that makes the file promise far more than it has: beyond its end four times its
+    /// size and 1 MiB, so that what a file costs stays in proportion to it.
     void expect(std::int64_t count) const {
         const auto size = static_cast<std::int64_t>(arrayBytes<std::int32_t>(count));
         const std::int64_t remaining = file_.remaining();
         const std::int64_t beyond = remaining >= 0 && size > remaining ? size - remaining : 0;
-        if (beyond > kLargestPromise - missing_) {
+        if (beyond > 4 * file_.size() + kSmallPromise - missing_) {
             throw std::bad_alloc();
         }
     }
@@ -79,6 +78,8 @@ class BinaryFile {
     }
 
   private:
+    static constexpr std::int64_t kSmallPromise = std::int64_t{1} << 20;
+
     std::size_t read(void* to, std::size_t size) {
         const std::size_t got = file_.read(to, size);
         if (file_.hasFailed()) {

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 
 #include "base/system.h"
 
@@ -34,6 +35,12 @@ class InputFile {
 
     /// Whether a read has failed, so that what was read is not all there is.
     bool hasFailed() const { return hasFailed_; }
+
+    /// The size of a regular file; of anything else what has been read of it so far.
+    std::int64_t size() const { return size_ < 0 ? position_ : size_; }
+
+    /// Which file this is, and its state.
+    std::optional<system::FileStamp> stamp() const { return file_.stamp(); }
 
     /// The bytes that are left in a regular file, -1 for anything else (a pipe, a device).
     std::int64_t remaining() const { return size_ < 0 ? -1 : (size_ > position_ ? size_ - position_ : 0); }

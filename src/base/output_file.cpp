@@ -5,8 +5,9 @@
 
 namespace talvek {
 
-OutputFile::OutputFile(const char* path, Durability durability) : durability_(durability) {
-    files_.emplace_back(path);
+OutputFile::OutputFile(const char* path, Durability durability, const std::optional<system::FileStamp>& replaced)
+    : durability_(durability) {
+    files_.emplace_back(path, replaced);
 }
 
 OutputFile::OutputFile(std::span<const std::string> paths) {

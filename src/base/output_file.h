@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <deque>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -16,8 +17,10 @@ namespace talvek {
 class OutputFile {
   public:
     /// Creates a file beside the one that `path` names, which takes its place in finish. Symbolic links are followed;
-    /// what is no regular file (a device, a pipe) is written directly. Throws std::bad_alloc.
-    explicit OutputFile(const char* path, Durability durability = Durability::kUnflushed);
+    /// what is no regular file (a device, a pipe) is written directly. With `replaced` that very file in that very
+    /// state is replaced and nothing else. Throws std::bad_alloc.
+    explicit OutputFile(const char* path, Durability durability = Durability::kUnflushed,
+                        const std::optional<system::FileStamp>& replaced = std::nullopt);
     /// The same for several files that get the same content. One that fails does not keep the others from being
     /// finished, in the order of the paths.
     explicit OutputFile(std::span<const std::string> paths);

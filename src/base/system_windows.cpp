@@ -1,4 +1,6 @@
 #ifdef _WIN32
+// For rand_s.
+#define _CRT_RAND_S
 #define WIN32_LEAN_AND_MEAN
 #ifndef NOMINMAX
 #define NOMINMAX
@@ -7,6 +9,9 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <optional>
+#include <string>
+#include <vector>
 
 #include "base/system.h"
 
@@ -18,6 +23,22 @@ constexpr std::size_t kLargestTransfer = std::size_t{1} << 30;
 
 HANDLE handleOf(File::Handle handle) {
     return reinterpret_cast<HANDLE>(handle);
+}
+
+std::uint64_t joined(DWORD high, DWORD low) {
+    return std::uint64_t{high} << 32 | low;
+}
+
+std::optional<FileStamp> stampFrom(HANDLE handle) {
+    BY_HANDLE_FILE_INFORMATION information;
+    if (::GetFileInformationByHandle(handle, &information) == 0) {
+        return std::nullopt;
+    }
+    const FILETIME& written = information.ftLastWriteTime;
+    return FileStamp{.device = information.dwVolumeSerialNumber,
+                     .index = joined(information.nFileIndexHigh, information.nFileIndexLow),
+                     .size = static_cast<std::int64_t>(joined(information.nFileSizeHigh, information.nFileSizeLow)),
+                     .written = static_cast<std::int64_t>(joined(written.dwHighDateTime, written.dwLowDateTime))};
 }
 
 File::Handle openHandle(const char* path, DWORD access, DWORD creation) {
@@ -51,13 +72,18 @@ File File::openForWriting(const char* path) {
 File File::openForAppending(const char* path) {
     return File(openHandle(path, FILE_APPEND_DATA, OPEN_ALWAYS));
 }
-File File::createNew(const char* path) {
+// Access lists are inherited from the folder.
+File File::createNew(const char* path, NewFile /*use*/) {
     return File(openHandle(path, GENERIC_WRITE, CREATE_NEW));
 }
 File File::openLocked(const char* path) {
     const HANDLE handle = ::CreateFileA(path, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_DELETE,
                                         nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
     return File(reinterpret_cast<File::Handle>(handle));
+}
+// A file that is open here cannot be opened by one who shares it with nobody.
+File File::createInUse(const char* path, NewFile use) {
+    return createNew(path, use);
 }
 
 std::int64_t File::read(void* to, std::size_t size) {
@@ -95,6 +121,23 @@ std::int64_t File::size() const {
         return -1;
     }
     return size.QuadPart;
+}
+
+std::optional<FileStamp> File::stamp() const {
+    return stampFrom(handleOf(handle_));
+}
+
+File File::duplicate() const {
+    const HANDLE process = ::GetCurrentProcess();
+    HANDLE second = INVALID_HANDLE_VALUE;
+    const bool isDuplicated = isOpen() && ::DuplicateHandle(process, handleOf(handle_), process, &second, 0, FALSE,
+                                                            DUPLICATE_SAME_ACCESS) != 0;
+    return File(isDuplicated ? reinterpret_cast<Handle>(second) : kNone);
+}
+
+// The read-only flag is the one permission a replaced file could carry, and a read-only file is not replaced.
+bool File::takeOver(const char*) {
+    return true;
 }
 
 bool File::flushToDisk() {
@@ -168,9 +211,16 @@ bool isWritable(const char* path) {
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) == 0;
 }
 
-// Access lists are inherited from the folder; the read-only flag is the one permission a replaced file could carry, and
-// a read-only file is not replaced.
-void copyPermissions(const char*, const char*) {}
+std::optional<FileStamp> stampOf(const char* path) {
+    const HANDLE handle = ::CreateFileA(path, 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                        OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    if (handle == INVALID_HANDLE_VALUE) {
+        return std::nullopt;
+    }
+    const std::optional<FileStamp> stamp = stampFrom(handle);
+    ::CloseHandle(handle);
+    return stamp;
+}
 
 bool replaceFile(const char* from, const char* to) {
     return ::MoveFileExA(from, to, MOVEFILE_REPLACE_EXISTING) != 0;
@@ -178,6 +228,41 @@ bool replaceFile(const char* from, const char* to) {
 
 void removeFile(const char* path) {
     ::DeleteFileA(path);
+}
+
+void removeAbandonedFiles(const std::string& folder, std::string_view prefix, std::string_view suffix,
+                          std::size_t length) {
+    const std::string before = folder.empty() ? std::string() : folder + "/";
+    std::vector<std::string> found;
+    WIN32_FIND_DATAA entry;
+    const HANDLE search = ::FindFirstFileA((before + "*").c_str(), &entry);
+    for (bool isThere = search != INVALID_HANDLE_VALUE; isThere; isThere = ::FindNextFileA(search, &entry) != 0) {
+        const std::string_view name = entry.cFileName;
+        if (name.size() == length && name.starts_with(prefix) && name.ends_with(suffix)) {
+            found.emplace_back(name);
+        }
+    }
+    if (search != INVALID_HANDLE_VALUE) {
+        ::FindClose(search);
+    }
+    for (const std::string& name : found) {
+        // Shared with nobody, so that it fails where someone has the file open.
+        const HANDLE handle = ::CreateFileA((before + name).c_str(), DELETE, 0, nullptr, OPEN_EXISTING,
+                                            FILE_FLAG_DELETE_ON_CLOSE, nullptr);
+        if (handle != INVALID_HANDLE_VALUE) {
+            ::CloseHandle(handle);
+        }
+    }
+}
+
+std::uint64_t randomNumber() {
+    unsigned high = 0;
+    unsigned low = 0;
+    // Where that fails, names that are taken are passed over all the same.
+    if (::rand_s(&high) != 0 || ::rand_s(&low) != 0) {
+        return ::GetTickCount64() * 0x9E3779B97F4A7C15 + processId();
+    }
+    return joined(high, low);
 }
 
 std::uint64_t processId() {

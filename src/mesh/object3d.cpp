@@ -24,6 +24,12 @@ void appendWhatFits(char* field, std::string_view text) {
 
 }  // namespace
 
+bool hasOnlyExistingVertices(const Object3D& mesh) {
+    const auto count = static_cast<std::uint32_t>(mesh.numVertices);
+    return std::ranges::all_of(mesh.faceSpan(),
+                               [count](std::int32_t vertex) { return static_cast<std::uint32_t>(vertex) < count; });
+}
+
 void setText(char (&field)[Object3D::kTextSize], std::string_view text) {
     std::memset(field, 0, sizeof field);
     appendWhatFits(field, text);

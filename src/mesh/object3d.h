@@ -95,6 +95,9 @@ class Object3D : public ObjCurvature, public ObjVertexWeight {
     void measureFaces(float* normals);
 };
 
+/// Whether every vertex index lies in [0, V).
+bool hasOnlyExistingVertices(const Object3D& mesh);
+
 /// Fills a text field of a mesh: cut where it does not fit, always terminated.
 void setText(char (&field)[Object3D::kTextSize], std::string_view text);
 

@@ -119,11 +119,12 @@ HeapArray<Byte> readBytes(InputFile& file, std::int64_t count) {
 
 MineralMap mapOf(const PixelLayout& layout, const Byte* bytes) {
     MineralMap map = makeImage(layout.width, layout.height, layout.channels);
-    // A map without columns may claim any number of rows.
-    if (layout.width > 0 && (layout.channels == 1 || layout.channels == 3)) {
-        for (std::int32_t y = 0; y < layout.height; ++y) {
-            const Byte* row = bytes + layout.rowStep * y;
-            std::copy(row, row + layout.rowBytes, map.pixel(0, y));
+    if (layout.channels == 1 || layout.channels == 3) {
+        float* end = map.data.get() + layout.rowBytes * layout.height;
+        // A map without columns may claim any number of rows: there is nothing to go through.
+        for (float* to = map.data.get(); to < end; to += layout.rowBytes) {
+            std::copy(bytes, bytes + layout.rowBytes, to);
+            bytes += layout.rowStep;
         }
     }
     return map;

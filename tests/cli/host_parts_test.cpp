@@ -161,15 +161,6 @@ TEST(Progress, NamesEpochPercentAndRemainingTime) {
     EXPECT_EQ(host::clockTime(3723), "1:02:03");
 }
 
-TEST(UnfinishedFiles, OnlyThoseOfTheProcessAreRemoved) {
-    TempFolder folder;
-    for (const char* name : {".talvek-17-0.tmp", ".talvek-17-1.tmp", ".talvek-170-0.tmp", "stone.tmp"}) {
-        writeFile(folder.file(name), "");
-    }
-    host::removeUnfinishedFiles(folder.path(), 17);
-    EXPECT_EQ(folder.listing(), ".talvek-170-0.tmp stone.tmp");
-}
-
 TEST(ExitStatus, EveryResultCodeHasItsOwn) {
     EXPECT_EQ(host::exitStatusOf(TALVEK_OK), 0);
     for (int code = -1; code >= -7; --code) {

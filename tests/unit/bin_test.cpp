@@ -152,19 +152,33 @@ TEST_F(BinReader, RefusesNegativeCounts) {
     expectDamaged(tetrahedron_ + binLabel("", 0xFF) + bytesOf(Ints{-1}));
 }
 
-TEST_F(BinReader, RefusesToPromiseMoreThan256MiB) {
-    constexpr std::int32_t kVerticesOf256MiB = (256 << 20) / 12;
-    expectDamaged(bytesOf(Ints{kVerticesOf256MiB + 1, 0}));
+// A file of 3 bytes used to cost 462 MB.
+TEST_F(BinReader, RefusesToPromiseFarMoreThanItHas) {
+    // Four times the eight bytes, and 1 MiB.
+    constexpr std::int32_t kMostVertices = ((1 << 20) + 32) / 12;
+    expectDamaged(bytesOf(Ints{kMostVertices + 1, 0}));
     expectDamaged(bytesOf(Ints{0x7FFFFFFF, 0x7FFFFFFF}));
     expectDamaged(bytesOf(Ints{1 << 29, 1 << 29}));
-    const auto mesh = read(bytesOf(Ints{kVerticesOf256MiB, 0}));
+    const auto mesh = read(bytesOf(Ints{kMostVertices, 0}));
     ASSERT_NE(mesh, nullptr);
     EXPECT_EQ(mesh->vertexSpan().back(), 0);
 }
 
+TEST_F(BinReader, MayPromiseFourTimesItsSizeBeyondItsEnd) {
+    constexpr std::int32_t kHeld = 1 << 20;
+    const std::string bytes = bytesOf(Ints{5 * kHeld, 0}) + std::string(std::size_t{12} * kHeld, '\0');
+    const auto mesh = read(bytes);
+    ASSERT_NE(mesh, nullptr);
+    EXPECT_EQ(mesh->numVertices, 5 * kHeld);
+    expectDamaged(bytesOf(Ints{5 * kHeld + (1 << 20) / 12 + 4, 0}) + bytes.substr(8));
+}
+
 TEST_F(BinReader, AddsUpWhatTheArraysPromise) {
-    expectDamaged(bytesOf(Ints{15 << 20, 15 << 20}));
-    expectDamaged(tetrahedron_ + binLabel("", 0xFF) + bytesOf(Ints{(32 << 20) + 1}));
+    expectDamaged(bytesOf(Ints{50000, 50000}));
+    // 128 bytes, and a texel index of 48 behind the texels.
+    constexpr std::int32_t kMostTexels = ((1 << 20) + 4 * 128 - 48) / 8;
+    expectDamaged(tetrahedron_ + binLabel("", 0xFF) + bytesOf(Ints{kMostTexels + 1}));
+    EXPECT_NE(read(tetrahedron_ + binLabel("", 0xFF) + bytesOf(Ints{kMostTexels})), nullptr);
 }
 
 }  // namespace

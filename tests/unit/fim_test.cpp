@@ -201,9 +201,13 @@ TEST_F(FimReader, RefusesDimensionsThatCannotBeTrue) {
 }
 
 TEST_F(FimReader, ReadsAnImageOfTheLargestPromise) {
-    const auto mesh = load(bytesOf(Ints{2, (256 << 20) / 24, 3}) + bytesOf(Floats(9, 1)));
+    // 48 bytes, of which 36 are pixels.
+    constexpr std::int32_t kMostRows = ((1 << 20) + 4 * 48 + 36) / 24;
+    const auto mesh = load(bytesOf(Ints{2, kMostRows, 3}) + bytesOf(Floats(9, 1)));
     ASSERT_NE(mesh, nullptr);
     EXPECT_EQ(mesh->numFaces, 0);
+    CaughtReports reports;
+    EXPECT_EQ(load(bytesOf(Ints{2, kMostRows + 1, 3}) + bytesOf(Floats(9, 1))), nullptr);
 }
 
 }  // namespace

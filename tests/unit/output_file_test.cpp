@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "base/run_file_names.h"
 #include "support/restriction.h"
 #include "support/test_files.h"
 
@@ -116,13 +117,74 @@ TEST_F(Output, FailsWithoutAName) {
     EXPECT_FALSE(writeWhole("", "text"));
 }
 
-TEST_F(Output, PassesOverTheLeftoversOfAnotherProcess) {
-    const std::string leftover = ".talvek-" + std::to_string(system::processId()) + "-0.tmp";
-    writeFile(folder_.file(leftover), "of someone else");
+/// The name of the one file that is not finished.
+std::string unfinishedIn(const TempFolder& folder) {
+    for (const auto& entry : fs::directory_iterator(folder.path())) {
+        const std::string name = entry.path().filename().string();
+        if (name.starts_with(kUnfinishedPrefix) && name.ends_with(kUnfinishedSuffix)) {
+            return name;
+        }
+    }
+    return {};
+}
+
+// A thousand of them used to stop every further write.
+TEST_F(Output, AbandonedFilesAreRemovedAndStopNothing) {
+    for (int i = 0; i < 1200; ++i) {
+        const std::string number = std::to_string(1000000000 + i);
+        writeFile(folder_.file(std::string(kUnfinishedPrefix) + number + std::string(kUnfinishedSuffix)), "cut");
+    }
     EXPECT_TRUE(writeWhole(path_, "text"));
     EXPECT_EQ(readFile(path_), "text");
-    EXPECT_EQ(readFile(folder_.file(leftover)), "of someone else");
-    EXPECT_EQ(folder_.listing(), leftover + " out.obj");
+    removeAbandonedFilesBeside(path_.c_str());
+    EXPECT_EQ(folder_.listing(), "out.obj");
+}
+
+// Two processes of one number, in two containers, used to delete each other's.
+TEST_F(Output, AFileInUseIsNotTakenForAnAbandonedOne) {
+    OutputFile file(path_.c_str());
+    file.write(std::string(1000000, 'x'));
+    const std::string name = unfinishedIn(folder_);
+    ASSERT_NE(name, "");
+    removeAbandonedFilesBeside(path_.c_str());
+    EXPECT_EQ(unfinishedIn(folder_), name);
+    EXPECT_TRUE(file.finish());
+    EXPECT_EQ(readFile(path_).size(), 1000000);
+    EXPECT_EQ(folder_.listing(), "out.obj");
+}
+
+TEST_F(Output, OtherFilesAreNotTakenForAbandonedOnes) {
+    const std::vector<std::string> names = {".talvek-.tmp", ".talvek-notes.tmp", ".talvek-abcdefghij.txt",
+                                            "talvek-abcdefghij.tmp"};
+    for (const std::string& name : names) {
+        writeFile(folder_.file(name), "mine");
+    }
+    fs::create_directory(folder_.file(".talvek-abcdefghij.tmp"));
+    removeAbandonedFilesBeside(path_.c_str());
+    for (const std::string& name : names) {
+        EXPECT_TRUE(exists(folder_.file(name))) << name;
+    }
+    EXPECT_TRUE(exists(folder_.file(".talvek-abcdefghij.tmp")));
+}
+
+TEST_F(Output, ReplacesTheVeryFileOnly) {
+    writeFile(path_, "old");
+    const auto stamp = system::stampOf(path_.c_str());
+    ASSERT_TRUE(stamp);
+    {
+        OutputFile file(path_.c_str(), Durability::kUnflushed, stamp);
+        file.write("new");
+        // Another process puts a file of its own in the place.
+        writeFile(folder_.file("other"), "yes");
+        fs::rename(folder_.file("other"), path_);
+        EXPECT_FALSE(file.finish());
+    }
+    EXPECT_EQ(readFile(path_), "yes");
+    OutputFile file(path_.c_str(), Durability::kUnflushed, system::stampOf(path_.c_str()));
+    file.write("new");
+    EXPECT_TRUE(file.finish());
+    EXPECT_EQ(readFile(path_), "new");
+    EXPECT_EQ(folder_.listing(), "out.obj");
 }
 
 TEST_F(Output, TwoFilesAtATimeDoNotMeet) {
@@ -201,6 +263,15 @@ TEST_F(Output, KeepsThePermissionsOfTheOldFile) {
     fs::permissions(path_, static_cast<fs::perms>(0640));
     EXPECT_TRUE(writeWhole(path_, "new"));
     EXPECT_EQ(fs::status(path_).permissions(), static_cast<fs::perms>(0640));
+}
+
+// The content used to stand in a file that others could read until it was complete.
+TEST_F(Output, HasThePermissionsFromTheBeginning) {
+    writeFile(path_, "old");
+    fs::permissions(path_, static_cast<fs::perms>(0600));
+    OutputFile file(path_.c_str());
+    const fs::perms found = fs::status(folder_.file(unfinishedIn(folder_))).permissions();
+    EXPECT_EQ(found, static_cast<fs::perms>(0600));
 }
 
 TEST_F(Output, FollowsASymbolicLink) {

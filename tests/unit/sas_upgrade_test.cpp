@@ -1,7 +1,13 @@
 // A SAS file of version 7777 is replaced by its version 7778 form when it is loaded, and never lost on the way.
 #include <gtest/gtest.h>
+#ifdef __linux__
+#include <sys/stat.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+#endif
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
 #include <system_error>
 
@@ -57,10 +63,28 @@ TEST_F(SasUpgrade, LeavesAFileThatIsShorterThanItPromises) {
     }
 }
 
-TEST_F(SasUpgrade, LeavesOutWhatStandsBehindTheMesh) {
+// Such files used to be cut down to what their header says.
+TEST_F(SasUpgrade, LeavesAFileThatIsLongerThanItPromises) {
     writeFile(path_, legacy_ + "more");
     EXPECT_TRUE(loads());
-    EXPECT_EQ(readFile(path_), upgraded_);
+    EXPECT_EQ(readFile(path_), legacy_ + "more");
+}
+
+// One bit of a header used to cost a scan: each is turned once.
+TEST_F(SasUpgrade, LosesNothingByADamagedHeader) {
+    for (std::size_t bit = 0; bit < 8 * std::size_t{20}; ++bit) {
+        std::string bytes = legacy_;
+        bytes[bit / 8] = static_cast<char>(bytes[bit / 8] ^ (1 << bit % 8));
+        writeFile(path_, bytes);
+        CaughtReports reports;
+        static_cast<void>(loads());
+        const std::string left = readFile(path_);
+        // Nothing depends on the last two words.
+        EXPECT_TRUE(left == bytes || (bit >= 96 && left == upgraded_)) << bit;
+    }
+    writeFile(path_, sasHeader(7777, 0, 0) + legacy_.substr(20));
+    EXPECT_TRUE(loads());
+    EXPECT_EQ(readFile(path_), sasHeader(7777, 0, 0) + legacy_.substr(20));
 }
 
 TEST_F(SasUpgrade, LeavesAFileWhoseCountsCannotBeTrue) {
@@ -72,17 +96,17 @@ TEST_F(SasUpgrade, LeavesAFileWhoseCountsCannotBeTrue) {
     EXPECT_EQ(readFile(path_), bytes);
 }
 
-// Not a good mesh, but what the file says: it is refused the same way in both versions.
-TEST_F(SasUpgrade, KeepsFacesThatNameNoVertex) {
-    std::string bytes = legacy_;
-    bytes.replace(20 + 12 * 4, 4, bytesOf(Ints{99}));
-    writeFile(path_, bytes);
-    CaughtReports reports;
-    EXPECT_FALSE(loads());
-    expectReportBlock(reports.lines(), "load3d.cpp", "face index out of range in " + path_);
-    std::string expected = upgraded_;
-    expected.replace(20 + 12 * 4, 4, bytesOf(Ints{99}));
-    EXPECT_EQ(readFile(path_), expected);
+// They used to be written anew all the same.
+TEST_F(SasUpgrade, LeavesAFileWhoseFacesNameNoVertex) {
+    for (const std::int32_t vertex : {4, 99, -1}) {
+        std::string bytes = legacy_;
+        bytes.replace(20 + 12 * 4, 4, bytesOf(Ints{vertex}));
+        writeFile(path_, bytes);
+        CaughtReports reports;
+        EXPECT_FALSE(loads());
+        expectReportBlock(reports.lines(), "load3d.cpp", "face index out of range in " + path_);
+        EXPECT_EQ(readFile(path_), bytes);
+    }
 }
 
 TEST_F(SasUpgrade, LeavesAFileThatMayNotBeWritten) {
@@ -134,6 +158,39 @@ TEST_F(SasUpgrade, KeepsThePermissions) {
     EXPECT_TRUE(loads());
     EXPECT_EQ(readFile(path_), upgraded_);
     EXPECT_EQ(fs::status(path_).permissions(), static_cast<fs::perms>(0640));
+}
+
+TEST_F(SasUpgrade, KeepsTheOwnerAndTheAttributes) {
+    constexpr uid_t kOther = 12345;
+    if (::chown(path_.c_str(), kOther, kOther) != 0) {
+        GTEST_SKIP() << "only root can give files away";
+    }
+    const bool hasAttributes = ::setxattr(path_.c_str(), "user.scan", "left", 4, 0) == 0;
+    EXPECT_TRUE(loads());
+    EXPECT_EQ(readFile(path_), upgraded_);
+    struct stat status {};
+    ASSERT_EQ(::stat(path_.c_str(), &status), 0);
+    EXPECT_EQ(status.st_uid, kOther);
+    EXPECT_EQ(status.st_gid, kOther);
+    std::array<char, 8> value{};
+    EXPECT_EQ(::getxattr(path_.c_str(), "user.scan", value.data(), value.size()), hasAttributes ? 4 : -1);
+}
+
+// A user whose new file would not be the owner's any more.
+TEST_F(SasUpgrade, LeavesAFileWhoseOwnerItCannotKeep) {
+    constexpr uid_t kOwner = 12345;
+    constexpr uid_t kUser = 54321;
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "only root can become another user";
+    }
+    ASSERT_EQ(::chown(path_.c_str(), kOwner, kOwner), 0);
+    fs::permissions(path_, fs::perms::all);
+    fs::permissions(folder_.path(), fs::perms::all);
+    CaughtReports reports;
+    EXPECT_TRUE(holdsUnder(Restriction::kNoPrivileges, [this] { return ::setuid(kUser) == 0 && loads(); }));
+    expectReportBlock(reports.lines(), "sas.cpp", "Cannot create " + path_);
+    EXPECT_EQ(readFile(path_), legacy_);
+    EXPECT_EQ(folder_.listing(), "mesh.sas");
 }
 
 TEST_F(SasUpgrade, FollowsASymbolicLink) {

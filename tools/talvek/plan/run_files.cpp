@@ -50,19 +50,4 @@ std::vector<std::string> outputFiles(const RunFiles& files, std::int32_t epochs,
     return names;
 }
 
-void removeUnfinishedFiles(const fs::path& folder, std::uint64_t processId) {
-    const std::string prefix = std::string(kUnfinishedPrefix) + std::to_string(processId) + "-";
-    std::vector<fs::path> unfinished;
-    std::error_code ignored;
-    for (const fs::directory_entry& entry : fs::directory_iterator(folder, ignored)) {
-        const std::string name = nameOf(entry.path().filename());
-        if (name.starts_with(prefix) && name.ends_with(kUnfinishedSuffix)) {
-            unfinished.push_back(entry.path());
-        }
-    }
-    for (const fs::path& path : unfinished) {
-        fs::remove(path, ignored);
-    }
-}
-
 }  // namespace talvek::host

@@ -41,8 +41,4 @@ RunFiles filesOfRun(const RunOptions& options);
 /// The frames of a run in order, then the first and the last surface.
 std::vector<std::string> outputFiles(const RunFiles& files, std::int32_t epochs, bool withInputFrame);
 
-/// Removes what a process that was ended in the middle of writing has left in the folder. Files are written under such
-/// names first, so no frame is touched.
-void removeUnfinishedFiles(const std::filesystem::path& folder, std::uint64_t processId);
-
 }  // namespace talvek::host

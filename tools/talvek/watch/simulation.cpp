@@ -5,6 +5,7 @@
 
 #include "api/session/log_lines.h"
 #include "base/output_file.h"
+#include "base/pending_file.h"
 #include "base/run_file_names.h"
 #include "base/system.h"
 #include "talvek/support/exit_status.h"
@@ -109,13 +110,13 @@ int simulate(const PreparedRun& run, const RunOptions& options, const FrameCheck
     } catch (const Failure&) {
         child.kill();
         child.wait();
-        removeUnfinishedFiles(run.files.folder, child.id());
+        removeAbandonedFilesBeside(run.files.mesh.c_str());
         if (!guard.isCancelled()) {
             throw;
         }
     }
     const ChildEnd end = child.wait();
-    removeUnfinishedFiles(run.files.folder, child.id());
+    removeAbandonedFilesBeside(run.files.mesh.c_str());
     progress.clear();
     if (guard.isCancelled()) {
         throw Failure(kExitCancelled, "cancelled; " + countOf(countNewFrames(run, frames), "frame") + " of " +
