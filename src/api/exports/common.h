@@ -8,12 +8,15 @@
 #include <string_view>
 
 #include "api/session/session.h"
+#include "math/float_environment.h"
 
 namespace talvek {
 
-/// Runs what may run out of memory; no exception reaches the host.
+/// Runs what calculates and may run out of memory; no exception reaches the host, and the host's floating-point
+/// environment does not reach the results.
 template <typename Work>
 std::int32_t guarded(std::int32_t resultWithoutMemory, Work work) noexcept {
+    const DefaultFloatEnvironment pinned;
     try {
         return work();
     } catch (const std::bad_alloc&) {

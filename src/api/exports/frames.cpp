@@ -28,6 +28,7 @@ int32_t talvekGetFrameFileName(uint32_t frame, char* out) {
 }
 
 int32_t talvekGetFrameTime(uint32_t frame, uint32_t* days) {
+    const talvek::DefaultFloatEnvironment pinned;
     if (days == nullptr) {
         return TALVEK_ERROR_NULL;
     }

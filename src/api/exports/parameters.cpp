@@ -6,10 +6,12 @@
 
 #include "api/exports/common.h"
 #include "api/parameter_file.h"
+#include "api/session/session_inputs.h"
 #include "api/session/stores.h"
 #include "base/number_text.h"
 #include "talvek.h"
 
+using talvek::DefaultFloatEnvironment;
 using talvek::EpochRecord;
 using talvek::guarded;
 using talvek::hasNoRecord;
@@ -61,6 +63,7 @@ int32_t talvekSetTimeSpan(int32_t numEpochs, int32_t days) {
 }
 
 int32_t talvekSetEpochTimeSpan(uint32_t epoch, uint32_t days) {
+    const DefaultFloatEnvironment pinned;
     if (days == 0 || days > TALVEK_MAX_EPOCH_DAYS) {
         return TALVEK_ERROR_RANGE;
     }
@@ -77,6 +80,7 @@ int32_t talvekSetEpochTimeSpan(uint32_t epoch, uint32_t days) {
 }
 
 int32_t talvekGetEpochTimeSpan(uint32_t epoch) {
+    const DefaultFloatEnvironment pinned;
     if (epoch == 0 || hasNoRecord(epoch)) {
         return 0;
     }
@@ -84,6 +88,7 @@ int32_t talvekGetEpochTimeSpan(uint32_t epoch) {
 }
 
 int32_t talvekSetMaterialParams(const float* in) {
+    const DefaultFloatEnvironment pinned;
     if (in == nullptr || session().materialParams == nullptr) {
         return TALVEK_ERROR_NULL;
     }
@@ -92,6 +97,7 @@ int32_t talvekSetMaterialParams(const float* in) {
 }
 
 int32_t talvekGetMaterialParams(float* out) {
+    const DefaultFloatEnvironment pinned;
     if (session().materialParams == nullptr) {
         talvek::system::writeToStandardOutput("gmtlv NOT created OK!\n\n");
         return TALVEK_ERROR_NULL;
@@ -106,6 +112,7 @@ int32_t talvekGetMaterialParams(float* out) {
 }
 
 int32_t talvekSetEpochParams(uint32_t epoch, const float* in) {
+    const DefaultFloatEnvironment pinned;
     if (in == nullptr || !session().epochTable) {
         return TALVEK_ERROR_NULL;
     }
@@ -119,6 +126,7 @@ int32_t talvekSetEpochParams(uint32_t epoch, const float* in) {
 }
 
 int32_t talvekGetEpochParams(uint32_t epoch, float* out) {
+    const DefaultFloatEnvironment pinned;
     if (!session().epochTable) {
         talvek::system::writeToStandardOutput("genvv NOT created OK!\n\n");
         return TALVEK_ERROR_NULL;
@@ -157,6 +165,9 @@ int32_t talvekSaveParams(void) {
     const TalvekSession& current = session();
     if (current.materialParams == nullptr || !current.epochTable || current.epochTable.size < current.numEpochs) {
         return TALVEK_ERROR_NULL;
+    }
+    if (talvek::isSameFileAsAny(current.cfgFileName, {current.fileName, current.bmpFileName})) {
+        return TALVEK_ERROR_RANGE;
     }
     return guarded(TALVEK_ERROR_RANGE, [] { return talvek::writeParameterFile() ? TALVEK_OK : TALVEK_ERROR_RANGE; });
 }

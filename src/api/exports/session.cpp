@@ -45,6 +45,7 @@ void talvekFree(void) {
 }
 
 int32_t talvekStart(void) {
+    const talvek::DefaultFloatEnvironment pinned;
     return talvek::runSimulation();
 }
 
