@@ -11,6 +11,8 @@
 #include "api/session/operating_modes.h"
 #include "api/session/report.h"
 #include "api/session/session.h"
+#include "api/session/session_inputs.h"
+#include "base/pending_file.h"
 #include "mesh/object3d.h"
 #include "talvek.h"
 #include "weathering/run_mesh_data.h"
@@ -134,12 +136,24 @@ std::int32_t runGuarded() noexcept {
     return abortRun(TALVEK_ERROR_MESH, failure);
 }
 
+/// What runs that were ended have left unfinished.
+void removeLeftovers() noexcept {
+    try {
+        removeAbandonedFilesBeside(session().fileName);
+    } catch (const std::bad_alloc&) {
+        // It is there for the next run.
+    }
+}
+
 }  // namespace
 
 std::int32_t runSimulation() noexcept {
     TalvekSession& current = session();
     current.stopRequested.store(false, std::memory_order_relaxed);
-    current.logFile = system::File::openForWriting(current.logFileName);
+    removeLeftovers();
+    if (!isSessionInput(current.logFileName)) {
+        current.logFile = system::File::openForWriting(current.logFileName);
+    }
     const std::int32_t result = runGuarded();
     if (result == TALVEK_OK) {
         current.status.store(TALVEK_STATUS_FINISHED, std::memory_order_relaxed);

@@ -1,10 +1,12 @@
 #include "weathering/frames.h"
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "Vexo_Lib/obj.h"
 #include "api/session/session.h"
+#include "api/session/session_inputs.h"
 #include "base/run_file_names.h"
 #include "weathering/surface.h"
 
@@ -14,7 +16,8 @@ namespace {
 
 using Paths = std::vector<std::string>;
 
-void writeSurface(const Object3D& surface, const Paths& paths) {
+void writeSurface(const Object3D& surface, Paths paths) {
+    std::erase_if(paths, [](const std::string& path) { return isSessionInput(path.c_str()); });
     // A frame that could not be written is absent, and that is how a host learns of it.
     static_cast<void>(writeObjFilesWithNormals(surface, paths));
 }
@@ -33,7 +36,7 @@ void writeFrame(const Object3D& surface, std::int32_t epoch) {
 void writeLastFrame(const Object3D& surface, std::int32_t epoch) {
     Paths paths = framePaths(epoch);
     paths.push_back(lastSurfaceName(session().fileName));
-    writeSurface(surface, paths);
+    writeSurface(surface, std::move(paths));
 }
 
 void writeFirstSurface(const Object3D& mesh) {
@@ -41,7 +44,7 @@ void writeFirstSurface(const Object3D& mesh) {
     if (session().saveResults) {
         paths.push_back(frameFileName(session().fileName, 0));
     }
-    writeSurface(*withNormals(mesh), paths);
+    writeSurface(*withNormals(mesh), std::move(paths));
 }
 
 void writeLastSurface(const Object3D& surface) {

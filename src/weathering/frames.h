@@ -1,4 +1,5 @@
-// The surfaces that a run leaves behind, each in a file. A file that cannot be written is absent.
+// The surfaces that a run leaves behind, each in a file. A file that cannot be written is absent, and one that is an
+// input of the session is left as it is.
 #pragma once
 
 #include <cstdint>
