@@ -151,14 +151,6 @@ bool File::close() {
     return ::CloseHandle(handleOf(std::exchange(handle_, kNone))) != 0;
 }
 
-namespace {
-
-std::uint64_t joined(DWORD high, DWORD low) {
-    return std::uint64_t{high} << 32 | low;
-}
-
-}  // namespace
-
 std::optional<FileIdentity> identityOf(const char* path) {
     const HANDLE handle = ::CreateFileA(path, 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                                         OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);

@@ -4,9 +4,11 @@
 #include <sys/resource.h>
 
 #include <array>
+#include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <thread>
 
 #include "Vexo_Lib/load3d.h"
 #include "cli/program.h"
@@ -60,9 +62,15 @@ class RunEnd : public ::testing::Test {
     std::string mesh_ = folder_.file("stone.obj");
 };
 
+/// What a simulation leaves that is ended in the middle of writing, which only some of them are.
+void leaveUnfinishedFile(const std::string& mesh) {
+    writeFile((std::filesystem::path(mesh).parent_path() / ".talvek-abandoned0.tmp").string(), "cut");
+}
+
 void cancelWith(int signal, const std::string& mesh, const std::string& epoch) {
     host::ChildProcess program(longRun(mesh), host::ChildErrors::kWithOutput);
     ASSERT_TRUE(readUntil(program, epoch));
+    leaveUnfinishedFile(mesh);
     ::kill(static_cast<pid_t>(program.id()), signal);
     EXPECT_NE(restOfOutput(program).find("cancelled; "), std::string::npos);
     const host::ChildEnd end = program.wait();
@@ -120,6 +128,18 @@ TEST_F(RunEnd, CancelLeavesOnlyWholeFrames) {
     }
 }
 
+// A job under nohup used to be cancelled all the same.
+TEST_F(RunEnd, ASignalThatIsIgnoredCancelsNothing) {
+    ::signal(SIGHUP, SIG_IGN);
+    host::ChildProcess program(programCommand({"run", mesh_, "--epochs", "20", "--verbose"}),
+                               host::ChildErrors::kWithOutput);
+    ::signal(SIGHUP, SIG_DFL);
+    ASSERT_TRUE(readUntil(program, "epoch: 2\t"));
+    ::kill(static_cast<pid_t>(program.id()), SIGHUP);
+    EXPECT_NE(restOfOutput(program).find("20 frames over 7300 days"), std::string::npos);
+    EXPECT_EQ(program.wait().code, 0U);
+}
+
 TEST_F(RunEnd, CancelledRunCanBeRepeated) {
     cancelWith(SIGINT, mesh_, "epoch: 2\t");
     const ProgramResult again = runProgram({"run", mesh_, "--epochs", "3"});
@@ -132,6 +152,7 @@ TEST_F(RunEnd, CrashOfTheSimulationIsTold) {
     ASSERT_TRUE(readUntil(program, "epoch: 3\t"));
     const pid_t simulation = processOfRun(program.id());
     ASSERT_GT(simulation, 0);
+    leaveUnfinishedFile(mesh_);
     ::kill(simulation, SIGKILL);
     const std::string output = restOfOutput(program);
     EXPECT_NE(output.find("the simulation ended unexpectedly: its process ended by signal 9 (Killed)"),
@@ -144,6 +165,13 @@ TEST_F(RunEnd, CrashOfTheSimulationIsTold) {
     EXPECT_EQ(folder_.listing().find(".tmp"), std::string::npos) << folder_.listing();
 }
 
+/// Whether a process is there and has not ended.
+bool isRunning(pid_t process) {
+    std::ifstream status("/proc/" + std::to_string(process) + "/stat");
+    const std::string text{std::istreambuf_iterator<char>(status), {}};
+    return !text.empty() && text.find(") Z ") == std::string::npos;
+}
+
 TEST_F(RunEnd, SimulationDoesNotOutliveTheProgram) {
     pid_t simulation = 0;
     {
@@ -151,15 +179,17 @@ TEST_F(RunEnd, SimulationDoesNotOutliveTheProgram) {
         ASSERT_TRUE(readUntil(program, "epoch: 2\t"));
         simulation = processOfRun(program.id());
         ASSERT_GT(simulation, 0);
-    }
-    // It ends at its next line, with nobody left to read it.
-    while (std::filesystem::exists("/proc/" + std::to_string(simulation))) {
-        std::ifstream status("/proc/" + std::to_string(simulation) + "/stat");
-        const std::string text{std::istreambuf_iterator<char>(status), {}};
-        if (text.empty() || text.find(") Z ") != std::string::npos) {
-            break;
+        ASSERT_TRUE(isRunning(simulation));
+        // Its end is the program's own end, not that of its output: nobody reads on here.
+        program.kill();
+        program.wait();
+        // The signal is on its way when the program is no more; a simulation that goes on gets far in this time.
+        for (int i = 0; i < 1000 && isRunning(simulation); ++i) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
         }
     }
+    EXPECT_FALSE(isRunning(simulation));
+    EXPECT_FALSE(exists(mesh_ + ".obj_w.obj"));
 }
 
 /// While it lives, no file may become longer than this.

@@ -10,6 +10,8 @@ namespace {
 
 /// A little fewer faults than a run of each mode meets.
 constexpr std::int64_t kLeastInjections[] = {270, 215, 300, 235};
+// Each mode runs with three models, and each run has to meet as many.
+static_assert(3 * (kLeastInjections[0] + kLeastInjections[1] + kLeastInjections[2] + kLeastInjections[3]) >= 3000);
 constexpr std::int32_t kWrongStatus = -99;
 
 class RunFaults : public ScenarioTest {};
@@ -65,14 +67,6 @@ std::vector<Scenario> runs() {
         }
     }
     return all;
-}
-
-TEST(RunFaultsTogether, AreAtLeastThreeThousand) {
-    std::int64_t total = 0;
-    for (const Scenario& scenario : runs()) {
-        total += scenario.leastInjections;
-    }
-    EXPECT_GE(total, 3000);
 }
 
 /// Runs one epoch on a small plane while the n-th operation of a kind fails. Returns whether there was an n-th.

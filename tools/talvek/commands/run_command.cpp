@@ -14,6 +14,7 @@
 #include "talvek/results/run_summary.h"
 #include "talvek/support/exit_status.h"
 #include "talvek/support/messages.h"
+#include "talvek/watch/child_process.h"
 #include "talvek/watch/frame_check.h"
 #include "talvek/watch/run_lock.h"
 #include "talvek/watch/simulation.h"
@@ -102,7 +103,10 @@ int runCommand(const RunOptions& options) {
 
 void addSessionCommand(CommandSet& commands) {
     const auto order = std::make_shared<SessionOrder>();
-    CLI::App& session = commands.addHidden(kSessionCommand, [order] { return runSession(*order); });
+    CLI::App& session = commands.addHidden(kSessionCommand, [order] {
+        endWithParent();
+        return runSession(*order);
+    });
     addFileArgument(session, order->mesh, "MESH", "");
     addFileArgument(session, order->plan, "PLAN", "");
     session.add_flag("--keep-input-frames", order->keepInputFrame);

@@ -87,6 +87,9 @@ class ScratchFile {
     int slot_ = -1;
 };
 
+/// For a child: after this call it does not outlive the program that started it, however that one ends.
+void endWithParent();
+
 /// The path of the running program.
 std::string programPath();
 

@@ -1,7 +1,9 @@
 #ifndef _WIN32
 #include <fcntl.h>
 #include <limits.h>
+#include <poll.h>
 #include <spawn.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -14,6 +16,7 @@
 #include <system_error>
 #include <utility>
 
+#include "talvek/support/exit_status.h"
 #include "talvek/watch/child_process.h"
 
 namespace talvek::host {
@@ -216,6 +219,15 @@ ScratchFile::~ScratchFile() {
     ::unlink(name_.c_str());
     if (slot_ >= 0) {
         scratchFiles[static_cast<std::size_t>(slot_)].store(nullptr);
+    }
+}
+
+void endWithParent() {
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    // The parent may be gone already, and with it the reader of what is printed here.
+    pollfd output{.fd = STDOUT_FILENO, .events = 0, .revents = 0};
+    if (::poll(&output, 1, 0) == 1 && (output.revents & POLLERR) != 0) {
+        ::_exit(kExitCancelled);
     }
 }
 

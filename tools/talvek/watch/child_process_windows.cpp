@@ -226,6 +226,9 @@ ScratchFile::~ScratchFile() {
     }
 }
 
+// The job that the child was put into sees to it.
+void endWithParent() {}
+
 std::string programPath() {
     char path[32768];
     const DWORD length = ::GetModuleFileNameA(nullptr, path, sizeof path);
