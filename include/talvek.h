@@ -26,7 +26,11 @@
  * from another thread while talvekStart runs: talvekGetStatus and talvekStop.
  *
  * Results. Functions that can fail return a signed 32-bit result code: TALVEK_OK or one of the negative values below.
- * Getters of plain values return the value itself. No exception leaves the library, and nothing ends the process.
+ * Getters of plain values return the value itself. No exception leaves the library, and nothing ends the process: not
+ * even a write to a closed pipe or beyond the limit for the size of files, whatever the process does on such signals.
+ *
+ * Floating point. The library calculates in the default environment of the processor, to nearest and with no exception
+ * enabled, whatever the host has set, and gives the host its own back before it returns.
  *
  * Null pointers. A null pointer where the host has to pass something gives TALVEK_ERROR_NULL and changes nothing.
  *
@@ -47,7 +51,10 @@
  * load go to standard error.
  *
  * Files that are replaced (frames, parameter files, exported surfaces) are written beside the old file and take its
- * name only when they are complete: under such a name there is always a whole file or none.
+ * name only when they are complete: under such a name there is always a whole file or none. As long as they are not, they
+ * are called ".talvek-", ten letters or digits, ".tmp"; what a process that was ended has left of them is removed by the
+ * next run in the folder. Nothing is written under a name that leads to the mesh, the mineral map or the parameter file
+ * of the session: the run log stays closed and a frame is left out.
  */
 #ifndef TALVEK_H
 #define TALVEK_H
@@ -249,7 +256,8 @@ TALVEK_API int32_t talvekGetEpochParams(uint32_t epoch, float* out);
 TALVEK_API int32_t talvekReadParams(void);
 
 /* Writes mode, model, number of epochs, material and epochs to the parameter file.
- * Returns TALVEK_OK; TALVEK_ERROR_RANGE if the file cannot be written, in which case the previous file is intact;
+ * Returns TALVEK_OK; TALVEK_ERROR_RANGE if the file cannot be written, in which case the previous file is intact, or if
+ * it is the mesh or the mineral map under another name;
  * TALVEK_ERROR_NULL if the material record or the epoch table does not exist. */
 TALVEK_API int32_t talvekSaveParams(void);
 
