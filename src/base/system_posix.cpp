@@ -367,7 +367,7 @@ void removeAbandonedFiles(const std::string& folder, std::string_view prefix, st
         ::closedir(entries);
     }
     for (const std::string& name : found) {
-        removeUnlessInUse(folder.empty() ? name : folder + "/" + name);
+        removeUnlessInUse(std::string(folder).append(folder.empty() ? "" : "/").append(name));
     }
 }
 
