@@ -51,10 +51,10 @@
  * load go to standard error.
  *
  * Files that are replaced (frames, parameter files, exported surfaces) are written beside the old file and take its
- * name only when they are complete: under such a name there is always a whole file or none. As long as they are not, they
- * are called ".talvek-", ten letters or digits, ".tmp"; what a process that was ended has left of them is removed by the
- * next run in the folder. Nothing is written under a name that leads to the mesh, the mineral map or the parameter file
- * of the session: the run log stays closed and a frame is left out.
+ * name only when they are complete: under such a name there is always a whole file or none. As long as they are not,
+ * they are called ".talvek-", ten letters or digits, ".tmp"; what a process that was ended has left of them is removed
+ * by the next run in the folder. Nothing is written under a name that leads to the mesh, the mineral map or the
+ * parameter file of the session: the run log stays closed and a frame is left out.
  */
 #ifndef TALVEK_H
 #define TALVEK_H
