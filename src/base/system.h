@@ -57,11 +57,10 @@ class File {
     /// Empties the file, or creates it.
     static File openForWriting(const char* path);
     static File openForAppending(const char* path);
-    /// Creates the file; fails when the name is taken.
-    static File createNew(const char* path);
     /// Opens a file, or creates it, and keeps other processes from opening it in this way until this one closes it or
     /// ends, however that comes about. Not open where another one holds it.
     static File openLocked(const char* path);
+    /// Creates the file; fails when the name is taken.
     static File createNew(const char* path, NewFile use = NewFile::kUsual);
     /// Creates a file that counts as in use as long as it, or a duplicate of it, is open: removeAbandonedFiles leaves
     /// it alone. Fails when the name is taken.
