@@ -12,6 +12,9 @@ SurfaceGauge::SurfaceGauge(const RunSeries& series)
       areas_(vertexAreas(*first_)),
       firstVolume_(enclosedVolume(*first_)),
       minerals_(series.minerals()) {
+    // Only vertex normals are looked at from here on; these are as large as the mesh itself.
+    first_->faceNormals.reset();
+    first_->faceColours.reset();
     if (minerals_.size() != static_cast<std::size_t>(first_->numVertices)) {
         minerals_.clear();
     }

@@ -54,6 +54,44 @@ function normalise(normals: Float32Array, at: number, count: number): void {
     normals[at + 2] = size === 0 ? 0 : z / size;
 }
 
+/** Normals for drawing, faces counting by their areas: quicker, for nothing is measured with them. */
+export function drawnNormals(positions: Float32Array, faces: Uint32Array): Int16Array<ArrayBuffer> {
+    const sums = new Float32Array(positions.length);
+    for (let i = 0; i < faces.length; i += 3) {
+        const a = 3 * faces[i];
+        const b = 3 * faces[i + 1];
+        const c = 3 * faces[i + 2];
+        const [ax, ay, az] = [positions[a], positions[a + 1], positions[a + 2]];
+        const ux = positions[b] - ax;
+        const uy = positions[b + 1] - ay;
+        const uz = positions[b + 2] - az;
+        const vx = positions[c] - ax;
+        const vy = positions[c + 1] - ay;
+        const vz = positions[c + 2] - az;
+        const nx = uy * vz - uz * vy;
+        const ny = uz * vx - ux * vz;
+        const nz = ux * vy - uy * vx;
+        sums[a] += nx;
+        sums[a + 1] += ny;
+        sums[a + 2] += nz;
+        sums[b] += nx;
+        sums[b + 1] += ny;
+        sums[b + 2] += nz;
+        sums[c] += nx;
+        sums[c + 1] += ny;
+        sums[c + 2] += nz;
+    }
+    const packed = new Int16Array((sums.length / 3) * 4);
+    for (let from = 0, to = 0; from < sums.length; from += 3, to += 4) {
+        const [x, y, z] = [sums[from], sums[from + 1], sums[from + 2]];
+        const scale = 32767 / (Math.sqrt(x * x + y * y + z * z) || 1);
+        packed[to] = x * scale;
+        packed[to + 1] = y * scale;
+        packed[to + 2] = z * scale;
+    }
+    return packed;
+}
+
 /** Displacements along the first normals, in millimetres: negative where stone was lost. */
 export function displacements(
     first: Float32Array,

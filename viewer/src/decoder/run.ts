@@ -6,6 +6,7 @@ import { coordinatesOf, decodeFaces, unpack } from "./codec";
 import { cutSurface } from "./cut";
 import {
     displacements,
+    drawnNormals,
     enlarged,
     histogramOf,
     largestFactor,
@@ -69,7 +70,7 @@ export class Run {
         const positions = await this.positions(request.frame);
         const change = Float32Array.from(displacements(first, await this.normals(), positions));
         const drawn = await this.drawn(request);
-        return { positions: drawn.slice(), normals: packNormals(vertexNormals(drawn, this.faces)), change };
+        return { positions: drawn.slice(), normals: drawnNormals(drawn, this.faces), change };
     }
 
     async relief(): Promise<Replies["relief"]> {
