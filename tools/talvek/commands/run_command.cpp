@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "base/system.h"
+#include "talvek/commands/view_command.h"
 #include "talvek/engine/host_session.h"
 #include "talvek/plan/plan_making.h"
 #include "talvek/preflight/placement.h"
@@ -71,6 +72,11 @@ int runPrepared(const PreparedRun& run, const RunOptions& options, const RunEven
     printSummary(run);
     recorder.end(RunOutcome::kWhole);
     events.results(recorder.record(), run.files.record);
+    if (options.withPage) {
+        ViewOptions page;
+        page.run = run.files.record;
+        viewRun(page);
+    }
     return kExitDone;
 }
 

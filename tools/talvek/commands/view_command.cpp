@@ -3,11 +3,13 @@
 #include <CLI/CLI.hpp>
 #include <cstdint>
 #include <cstdio>
+#include <filesystem>
 #include <memory>
 
 #include "talvek/results/run_series.h"
 #include "talvek/support/exit_status.h"
 #include "talvek/support/messages.h"
+#include "talvek/support/paths.h"
 #include "talvek/view/page_writer.h"
 
 namespace talvek::host {
@@ -18,15 +20,17 @@ constexpr std::uint64_t kBytesPerMegabyte = 1'000'000;
 /// Telephones and tablets close pages that need more memory than they give them.
 constexpr std::uint64_t kLargestForTelephones = 60 * kBytesPerMegabyte;
 
-struct ViewOptions {
-    std::string mesh;
-    std::string output;
-    std::uint64_t largestMegabytes = 500;
-};
+/// Beside the surfaces, called after the mesh that the user named.
+std::string pageNameFor(const RunSeries& series) {
+    const std::filesystem::path page = pathOf(series.source() + ".html").filename();
+    return nameOf(pathOf(series.at(0).file).parent_path() / page);
+}
 
-int viewCommand(const ViewOptions& options) {
-    const RunSeries series(options.mesh);
-    const std::string path = options.output.empty() ? series.source() + ".html" : options.output;
+}  // namespace
+
+int viewRun(const ViewOptions& options) {
+    const RunSeries series(options.run);
+    const std::string path = options.output.empty() ? pageNameFor(series) : options.output;
     const WrittenPage page = writePage(series, path, {options.largestMegabytes * kBytesPerMegabyte});
     std::printf("%s: %s, %s of %s\n", path.c_str(), byteCount(static_cast<double>(page.bytes)).c_str(),
                 countOf(page.surfaces, "surface").c_str(),
@@ -44,13 +48,11 @@ int viewCommand(const ViewOptions& options) {
     return kExitDone;
 }
 
-}  // namespace
-
 void addViewCommand(CommandSet& commands) {
     const auto options = std::make_shared<ViewOptions>();
-    CLI::App& view = commands.add("view", "Show a run as one page that any browser opens",
-                                  [options] { return viewCommand(*options); });
-    addFileArgument(view, options->mesh, "MESH",
+    CLI::App& view =
+        commands.add("view", "Show a run as one page that any browser opens", [options] { return viewRun(*options); });
+    addFileArgument(view, options->run, "MESH",
                     "Mesh that was weathered, as talvek run was given it, or the record of the run");
     view.add_option("-o,--output", options->output, "Page to write (default: the mesh's name and .html)")
         ->type_name("FILE");

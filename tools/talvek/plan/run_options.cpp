@@ -283,6 +283,7 @@ void addFiles(CLI::App& command, RunOptions& options) {
         command.add_flag("--verbose", options.isVerbose, "Write the library's lines to standard output");
     command.add_flag("--quiet", options.isQuiet, "Print warnings and errors alone")->excludes(verbose);
     command.add_flag("--json", options.asJson, "Print a JSON object a line: plan, epochs, results")->excludes(verbose);
+    command.add_flag("--view", options.withPage, "Write the run as a page for the browser, too, as talvek view does");
     command.add_flag("--dry-run", options.isDryRun, "Check and tell what would be done, and do nothing");
 }
 

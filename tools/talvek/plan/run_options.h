@@ -76,6 +76,8 @@ struct RunOptions : PlanOptions {
     bool replaceMap = false;
     std::string log;
     bool isVerbose = false;
+    /// Write the page of the run, too.
+    bool withPage = false;
 };
 
 inline constexpr const char* kEnvironmentOptions[TALVEK_EPOCH_PARAMS] = {"--so2", "--no2", "--rv", "--rph"};
