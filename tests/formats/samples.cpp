@@ -1,5 +1,6 @@
 #include "formats/samples.h"
 
+#include "formats/gltf_text.h"
 #include "formats/imports.h"
 
 namespace talvek::test {
@@ -43,12 +44,42 @@ const std::string kOff =
     "STCOFF\n5 2 0\n0 0 0 0.5 0.5 0.5 0 0\n1 0 0 1 1 1 1 0\n1 1 0 0 0 1 1 1\n0 1 0 0 1 0 0 1\n2 2 0 0 0 0 0 0\n"
     "4 0 1 2 3\n3 1 4 2 255 0 0\n";
 
+const std::string kWavefront =
+    "v 0 0 0\nv 1 0 0 1 0.5 0\nv 1 1 0\nv 0 1 0\nvt 0 0\nvt 1 0 0\nusemtl a\nf 1/1/1 2/2 -2/2 \\\n4//3\nf 1 2 4\n";
+
+const std::string kGltf =
+    R"({"asset":{"version":"2.0"},"nodes":[{"mesh":0,"translation":[1,0,0]}],"meshes":[{"primitives":[{"attributes":)"
+    R"({"POSITION":0}}]}],"accessors":[{"bufferView":0,"componentType":5126,"count":3,"type":"VEC3"}],)"
+    R"("bufferViews":[{"buffer":0,"byteLength":36}],"buffers":[{"byteLength":36,"uri":"data:;base64,)"
+    R"(AAAAAAAAAAAAAAAAAACAPwAAAAAAAAAAAAAAAAAAgD8AAAAA"}]})";
+
+std::string smallGlb() {
+    const std::string description =
+        R"({"asset":{"version":"2.0"},"scenes":[{"nodes":[0]}],"nodes":[{"mesh":0}],"meshes":[{"primitives":[{"mode":5,)"
+        R"("attributes":{"POSITION":0,"TEXCOORD_0":1,"COLOR_0":2},"indices":3}]}],"accessors":[)"
+        R"({"bufferView":0,"componentType":5126,"count":4,"type":"VEC3"},)"
+        R"({"bufferView":1,"componentType":5121,"normalized":true,"count":4,"type":"VEC2"},)"
+        R"({"bufferView":1,"componentType":5121,"normalized":true,"count":2,"type":"VEC4"},)"
+        R"({"bufferView":2,"componentType":5123,"count":4,"type":"SCALAR"}],"bufferViews":[)"
+        R"({"buffer":0,"byteLength":48},{"buffer":0,"byteOffset":48,"byteLength":8},)"
+        R"({"buffer":0,"byteOffset":56,"byteLength":8}],"buffers":[{"byteLength":64}]})";
+    return glb(description, rawBytes(std::vector<float>{0, 0, 0, 1, 0, 0, 0, 1, 0, 1, 1, 0}) +
+                                rawBytes(std::vector<std::uint8_t>{0, 0, 255, 0, 0, 255, 255, 255}) +
+                                rawBytes(std::vector<std::uint16_t>{0, 1, 2, 3}));
+}
+
 }  // namespace
 
 std::vector<Sample> samples() {
-    return {{"PlyText", "t.ply", kTextPly},           {"PlyLittle", "t.ply", bytePly("little")},
-            {"PlyBig", "t.ply", bytePly("big")},      {"StlBytes", "t.stl", byteStl()},
-            {"StlText", "t.stl", kTextStl},           {"Off", "t.off", kOff},
+    return {{"Wavefront", "t.obj", kWavefront},
+            {"Glb", "t.glb", smallGlb()},
+            {"Gltf", "t.gltf", kGltf},
+            {"PlyText", "t.ply", kTextPly},
+            {"PlyLittle", "t.ply", bytePly("little")},
+            {"PlyBig", "t.ply", bytePly("big")},
+            {"StlBytes", "t.stl", byteStl()},
+            {"StlText", "t.stl", kTextStl},
+            {"Off", "t.off", kOff},
             {"Compressed", "t.off.gz", gzipped(kOff)}};
 }
 

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "talvek/formats/mesh_file.h"
-#include "talvek/inspect/native_mesh.h"
+#include "talvek/inspect/mesh_intake.h"
 #include "talvek/inspect/surface_check.h"
 #include "talvek/plan/import_arguments.h"
 #include "talvek/support/exit_status.h"
@@ -35,15 +35,8 @@ struct CheckedMesh {
 };
 
 CheckedMesh checkMesh(const CheckOptions& options) {
-    requireReadable(options.path);
-    CheckedMesh checked;
-    if (isNativeName(options.path) && options.import.isPlain()) {
-        // As the library's reader sees it.
-        checked.loaded.mesh = inspectNativeMesh(options.path, checked.findings);
-    } else {
-        checked.loaded = loadMesh(options.path, options.import);
-        checkPositions(*checked.mesh(), checked.findings);
-    }
+    InspectedMesh inspected = inspectMesh(options.path, options.import);
+    CheckedMesh checked{.loaded = std::move(inspected.engine.loaded), .findings = std::move(inspected.findings)};
     if (checked.mesh() != nullptr) {
         checkSurface(*checked.mesh(), checked.findings);
     }

@@ -5,19 +5,21 @@
 #include <string_view>
 
 #include "Vexo_Lib/mesh_formats.h"
+#include "talvek/formats/gltf.h"
 #include "talvek/formats/mesh_file.h"
 #include "talvek/formats/mesh_input.h"
 #include "talvek/formats/off.h"
 #include "talvek/formats/ply.h"
 #include "talvek/formats/stl.h"
 #include "talvek/formats/vertex_joiner.h"
+#include "talvek/formats/wavefront.h"
 #include "talvek/support/exit_status.h"
 
 namespace talvek::host {
 
 namespace {
 
-/// A format that the library has no reader for.
+/// A format of other programs. Where the library reads such files as well, it reads the plainest of them.
 struct ImportFormat {
     std::string_view extension;
     std::string_view name;
@@ -26,7 +28,16 @@ struct ImportFormat {
     double unit = 0;
 };
 
-constexpr ImportFormat kFormats[] = {{".ply", "PLY", readPly}, {".stl", "STL", readStl}, {".off", "OFF", readOff}};
+constexpr double kMillimetresPerMetre = 1000;
+
+constexpr ImportFormat kFormats[] = {
+    {".obj", "Wavefront OBJ", readWavefront},
+    {".ply", "PLY", readPly},
+    {".stl", "STL", readStl},
+    {".off", "OFF", readOff},
+    {".glb", "GLB", readGltf, kMillimetresPerMetre},
+    {".gltf", "glTF", readGltf, kMillimetresPerMetre},
+};
 
 const ImportFormat* formatOf(const std::string& path) {
     const auto* const found = std::ranges::find(kFormats, meshExtension(path), &ImportFormat::extension);
@@ -79,10 +90,6 @@ double largestCoordinate(const ImportedMesh& mesh, const std::array<double, 3>& 
     return largest * mesh.place.unit;
 }
 
-/// An epoch moves a surface by hundredths of a millimetre. From here on single precision rounds coordinates to steps of
-/// a hundredth and more.
-constexpr double kLargestFineCoordinate = 131072;
-
 /// Taking an offset off helps only where the mesh is much smaller than its distance from the origin.
 bool isFarAway(const ImportedMesh& mesh, const std::array<double, 3>& offset) {
     constexpr double kMuchSmaller = 8;
@@ -109,16 +116,25 @@ std::string meshExtension(const std::string& path) {
     return extension == ".gz" ? lowerCaseExtension(path.substr(0, path.size() - extension.size())) : extension;
 }
 
+bool isForeignName(const std::string& path) {
+    return formatOf(path) != nullptr;
+}
+
 std::string readExtensions(const std::string& lastWord) {
-    std::string all;
+    std::vector<std::string> all;
     for (const MeshFormat& format : meshFormats()) {
-        all.append(format.extension).append(", ");
+        all.emplace_back(format.extension);
     }
     for (const ImportFormat& format : kFormats) {
-        const bool isLast = &format == std::end(kFormats) - 1;
-        all.append(isLast ? lastWord + " " : "").append(format.extension).append(isLast ? "" : ", ");
+        if (std::ranges::find(all, format.extension) == all.end()) {
+            all.emplace_back(format.extension);
+        }
     }
-    return all;
+    std::string list = all.front();
+    for (std::size_t i = 1; i < all.size(); ++i) {
+        list.append(i + 1 == all.size() ? " " + lastWord + " " : ", ").append(all[i]);
+    }
+    return list;
 }
 
 std::string formatName(const std::string& path) {

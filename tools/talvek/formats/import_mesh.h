@@ -22,8 +22,15 @@ struct ImportOptions {
     bool isPlain() const { return !unit && weld == 0 && !recentre.value_or(false); }
 };
 
+/// An epoch moves a surface by hundredths of a millimetre. From here on, in millimetres, single precision rounds
+/// coordinates to steps of a hundredth and more.
+inline constexpr double kLargestFineCoordinate = 131072;
+
 /// Reads a mesh by its extension, behind which there may be ".gz". Throws Failure with the reason.
 ImportedMesh importMesh(const std::string& path, const ImportOptions& options = {});
+
+/// Whether importMesh has a reader of its own for the name's extension, rather than the library's.
+bool isForeignName(const std::string& path);
 
 /// ".obj, .wrl, ... or .off": what importMesh reads; `lastWord` is "or" or "and".
 std::string readExtensions(const std::string& lastWord);

@@ -8,6 +8,13 @@ namespace talvek::host {
 
 namespace {
 
+struct LengthUnit {
+    std::string_view name;
+    double millimetres;
+};
+
+constexpr LengthUnit kLengthUnits[] = {{"mm", 1}, {"cm", 10}, {"in", 25.4}, {"m", 1000}};
+
 std::string count(std::int64_t number, const char* thing) {
     return countOf(static_cast<std::uint64_t>(number), thing);
 }
@@ -55,12 +62,13 @@ std::unique_ptr<Object3D> narrow(Mesh& mesh) {
     narrowed->numFaces = static_cast<std::int32_t>(mesh.numTriangles());
     narrowed->vertices = narrowPositions(mesh);
     release(mesh.positions);
-    narrowed->vertexIndex = takeArray(mesh.corners);
-    if (!mesh.cornerTexels.empty()) {
+    if (!mesh.texels.empty()) {
         narrowed->numTexels = static_cast<std::int32_t>(mesh.texels.size() / 2);
         narrowed->texels = takeArray(mesh.texels);
-        narrowed->texelIndex = takeArray(mesh.cornerTexels);
+        narrowed->texelIndex = mesh.cornerTexels.empty() ? makeFilledArray<std::int32_t>(3 * mesh.numTriangles(), -1)
+                                                         : takeArray(mesh.cornerTexels);
     }
+    narrowed->vertexIndex = takeArray(mesh.corners);
     if (!mesh.colours.empty()) {
         narrowed->vertexColours = opaqueColours(mesh.colours);
     }
@@ -68,6 +76,16 @@ std::unique_ptr<Object3D> narrow(Mesh& mesh) {
 }
 
 }  // namespace
+
+std::optional<double> lengthUnit(std::string_view name) {
+    const auto* const unit = std::ranges::find(kLengthUnits, name, &LengthUnit::name);
+    return unit != std::end(kLengthUnits) ? std::optional(unit->millimetres) : std::nullopt;
+}
+
+std::string lengthUnitName(double millimetres) {
+    const auto* const unit = std::ranges::find(kLengthUnits, millimetres, &LengthUnit::millimetres);
+    return unit != std::end(kLengthUnits) ? std::string(unit->name) : "mm";
+}
 
 std::unique_ptr<Object3D> narrowMesh(ImportedMesh&& mesh) {
     return narrow(mesh);
@@ -118,8 +136,11 @@ std::vector<std::string> importNotes(const ImportedMesh& mesh) {
     if (counts.weldedVertices > 0) {
         notes.push_back(count(counts.weldedVertices, "vertex") + " welded to others nearby");
     }
+    if (counts.absentTexels > 0) {
+        notes.push_back(count(counts.absentTexels, "face corner") + " naming texture coordinates that are not there");
+    }
     if (counts.leftOut > 0) {
-        notes.push_back(count(counts.leftOut, "line, point or face") + " without an area left out");
+        notes.push_back(count(counts.leftOut, "element") + " left out: lines, points, faces of fewer than 3 corners");
     }
     return notes;
 }

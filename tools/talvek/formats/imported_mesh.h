@@ -5,7 +5,9 @@
 #include <array>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "mesh/object3d.h"
@@ -21,6 +23,12 @@ struct MeshPlace {
 
     bool isPlain() const { return unit == 1 && offset == std::array<double, 3>{}; }
 };
+
+/// The millimetres of a unit by its name, "mm", "cm", "m" or "in"; nothing for others.
+std::optional<double> lengthUnit(std::string_view name);
+
+/// The name of a unit that lengthUnit knows.
+std::string lengthUnitName(double millimetres);
 
 struct MeshMaterial {
     std::string name;
@@ -48,6 +56,8 @@ struct ImportCounts {
     std::int64_t weldedVertices = 0;
     /// Faces with fewer than three corners, lines and points.
     std::int64_t leftOut = 0;
+    /// Corners that name a texture coordinate which is not there.
+    std::int64_t absentTexels = 0;
     /// Surfaces and meshes of a file that has several.
     std::int64_t parts = 1;
 };

@@ -103,14 +103,13 @@ void MeshBuilder::requireVertices() const {
     }
 }
 
-void MeshBuilder::requireTexels() const {
+void MeshBuilder::dropAbsentTexels() {
     const auto count = static_cast<std::int64_t>(mesh_.texels.size() / 2);
-    const auto bad =
-        std::ranges::find_if(mesh_.cornerTexels, [count](std::int32_t texel) { return texel < -1 || texel >= count; });
-    if (bad != mesh_.cornerTexels.end()) {
-        throw Failure(kExitMesh, path_ + ": the mesh does not load: face " +
-                                     std::to_string(faceOf((bad - mesh_.cornerTexels.begin()) / 3)) +
-                                     " names a texture coordinate that is not there");
+    for (std::int32_t& texel : mesh_.cornerTexels) {
+        if (texel < -1 || texel >= count) {
+            texel = -1;
+            ++mesh_.counts.absentTexels;
+        }
     }
 }
 
@@ -157,7 +156,7 @@ ImportedMesh MeshBuilder::finish() {
     if (!mesh_.cornerTexels.empty()) {
         mesh_.cornerTexels.resize(mesh_.corners.size(), -1);
     }
-    requireTexels();
+    dropAbsentTexels();
     if (!mesh_.triangleMaterials.empty()) {
         mesh_.triangleMaterials.resize(static_cast<std::size_t>(mesh_.numTriangles()), -1);
     }

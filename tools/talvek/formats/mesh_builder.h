@@ -34,8 +34,8 @@ class MeshBuilder {
     /// The material of the faces that follow, -1 for none.
     void useMaterial(std::int32_t material) { material_ = material; }
 
-    /// Divides the polygons and hands the mesh over. Throws Failure when a face names a vertex or a texture coordinate
-    /// that is not there, or when there are more vertices or triangles than a mesh of the library can have.
+    /// Divides the polygons and hands the mesh over. Throws Failure when a face names a vertex that is not there, or
+    /// when there are more vertices or triangles than a mesh of the library can have.
     ImportedMesh finish();
 
   private:
@@ -43,7 +43,8 @@ class MeshBuilder {
     void addMaterials(std::size_t numTriangles);
     void requireSizes() const;
     void requireVertices() const;
-    void requireTexels() const;
+    /// A face can do without its texture coordinate, not without its vertex.
+    void dropAbsentTexels();
     void dividePolygons();
     /// The source's face, counted from 1, that a triangle belongs to.
     std::int64_t faceOf(std::int64_t triangle) const;

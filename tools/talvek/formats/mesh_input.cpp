@@ -57,7 +57,21 @@ std::string_view MeshInput::ahead(std::size_t size) {
     return {buffer_.data() + begin_, end_ - begin_};
 }
 
+void MeshInput::beginText() {
+    constexpr std::string_view kMarkOfUtf8 = "\xEF\xBB\xBF";
+    const std::string_view start = ahead(kMarkOfUtf8.size());
+    if (start.starts_with("\xFE\xFF") || start.starts_with("\xFF\xFE")) {
+        throw Failure(kExitMesh, path_ + ": the text is coded as UTF-16; save it as plain text or UTF-8");
+    }
+    if (start.starts_with(kMarkOfUtf8)) {
+        pass(kMarkOfUtf8.size());
+    }
+}
+
 bool MeshInput::nextLine(std::string_view& line) {
+    if (lineNumber_ == 0) {
+        beginText();
+    }
     std::string_view rest = ahead(1);
     std::size_t end = rest.find('\n');
     while (end == std::string_view::npos && !atEnd_) {

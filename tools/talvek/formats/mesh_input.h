@@ -40,6 +40,8 @@ class MeshInput {
 
   private:
     std::size_t read(char* to, std::size_t size);
+    /// Passes over the mark that some programs put in front of their text.
+    void beginText();
     /// Reads on until `size` bytes lie ahead, or the file ends.
     void fill(std::size_t size);
 

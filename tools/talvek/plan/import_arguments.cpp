@@ -3,7 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <cmath>
 #include <cstdio>
-#include <map>
+#include <optional>
 
 #include "talvek/support/messages.h"
 
@@ -11,10 +11,8 @@ namespace talvek::host {
 
 namespace {
 
-const std::map<std::string, double> kUnits = {{"mm", 1}, {"cm", 10}, {"in", 25.4}, {"m", 1000}};
-
 double parseUnit(const std::string& text) {
-    const std::optional<double> unit = millimetresOfUnit(text);
+    const std::optional<double> unit = lengthUnit(text);
     if (!unit) {
         throw CLI::ValidationError("--unit", "no unit " + text + "; mm, cm, m or in");
     }
@@ -38,11 +36,6 @@ std::string wholeNumber(double value) {
 
 }  // namespace
 
-std::optional<double> millimetresOfUnit(const std::string& name) {
-    const auto found = kUnits.find(name);
-    return found != kUnits.end() ? std::optional(found->second) : std::nullopt;
-}
-
 void addImportArguments(CLI::App& command, ImportOptions& options) {
     command
         .add_option_function<std::string>(
@@ -65,16 +58,15 @@ std::string meshArgumentText(const std::string& purpose) {
 
 void printImport(const std::string& path, const LoadedMesh& loaded) {
     for (const std::string& note : loaded.notes) {
-        std::printf("%s: %s\n", path.c_str(), note.c_str());
+        say(path + ": " + note);
     }
     const MeshPlace& place = loaded.place;
     if (place.unit != 1) {
-        std::printf("%s: 1 unit of the file is %s mm\n", path.c_str(), briefNumber(place.unit).c_str());
+        say(path + ": 1 unit of the file is " + briefNumber(place.unit) + " mm");
     }
     if (place.offset != std::array<double, 3>{}) {
-        std::printf("%s: offset %s %s %s taken off its coordinates\n", path.c_str(),
-                    wholeNumber(place.offset[0]).c_str(), wholeNumber(place.offset[1]).c_str(),
-                    wholeNumber(place.offset[2]).c_str());
+        say(path + ": offset " + wholeNumber(place.offset[0]) + " " + wholeNumber(place.offset[1]) + " " +
+            wholeNumber(place.offset[2]) + " taken off its coordinates");
     }
 }
 

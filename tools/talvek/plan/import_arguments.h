@@ -1,7 +1,6 @@
 // The options that tell how a mesh is to be read.
 #pragma once
 
-#include <optional>
 #include <string>
 
 #include "talvek/formats/import_mesh.h"
@@ -12,9 +11,6 @@ class App;
 }
 
 namespace talvek::host {
-
-/// How many millimetres a unit has, by its name ("mm", "m", ...); nothing for other words.
-std::optional<double> millimetresOfUnit(const std::string& name);
 
 /// Adds --unit, --weld and --recentre to a command.
 void addImportArguments(CLI::App& command, ImportOptions& options);

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "mesh/object3d.h"
+#include "talvek/formats/imported_mesh.h"
 #include "talvek/mineral_map/mineral_map_file.h"
 #include "talvek/plan/run_files.h"
 #include "talvek/plan/run_options.h"
@@ -28,6 +29,10 @@ struct PreparedRun {
     FrameChoice frames;
     /// The surface before, with its normals.
     std::shared_ptr<const Object3D> mesh;
+    /// Whether the library's mesh is made of the source, which it cannot read itself or not whole.
+    bool isMeshMade = false;
+    /// Where the source's coordinates lie in the mesh.
+    MeshPlace place;
     /// Nothing where the frames' vertices are not those of the mesh.
     std::optional<ExpectedCounts> counts;
     /// A mineral map that is still to be put in its place.

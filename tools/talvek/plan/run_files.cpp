@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "base/run_file_names.h"
+#include "talvek/formats/engine_mesh.h"
 #include "talvek/plan/run_options.h"
 #include "talvek/support/paths.h"
 
@@ -31,13 +32,14 @@ std::string RunFiles::frame(std::int32_t number) const {
     return frameFileName(mesh, static_cast<std::uint32_t>(number));
 }
 
-RunFiles filesOfRun(const RunOptions& options) {
+RunFiles filesOfRun(const RunOptions& options, bool isSourceRead) {
+    const std::string name = isSourceRead ? options.mesh : engineMeshName(options.mesh);
     if (options.outFolder.empty()) {
-        return RunFiles(options.mesh);
+        return {options.mesh, name, false};
     }
     const char last = options.outFolder.back();
     const std::string separator = last == '/' || last == '\\' ? "" : "/";
-    return {options.mesh, options.outFolder + separator + nameOf(pathOf(options.mesh).filename()), true};
+    return {options.mesh, options.outFolder + separator + nameOf(pathOf(name).filename()), true};
 }
 
 std::vector<std::string> outputFiles(const RunFiles& files, std::int32_t epochs, bool withInputFrame) {

@@ -36,7 +36,7 @@ struct RunFiles {
 };
 
 /// The files of a run: beside the mesh, or in the folder that the options name.
-RunFiles filesOfRun(const RunOptions& options);
+RunFiles filesOfRun(const RunOptions& options, bool isSourceRead = true);
 
 /// The frames of a run in order, then the first and the last surface.
 std::vector<std::string> outputFiles(const RunFiles& files, std::int32_t epochs, bool withInputFrame);

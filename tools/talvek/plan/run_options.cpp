@@ -6,7 +6,7 @@
 #include <cmath>
 
 #include "api/session/operating_modes.h"
-#include "talvek/formats/mesh_file.h"
+#include "talvek/plan/import_arguments.h"
 #include "talvek/plan/units.h"
 
 namespace talvek::host {
@@ -251,9 +251,7 @@ void addSources(CLI::App& command, PlanOptions& options) {
 }
 
 void addFiles(CLI::App& command, RunOptions& options) {
-    command.add_option("MESH", options.mesh, "Mesh of the stone: " + runExtensions("or") + ", in millimetres")
-        ->required()
-        ->type_name("");
+    command.add_option("MESH", options.mesh, meshArgumentText("Mesh of the stone"))->required()->type_name("");
     command.add_option("--out", options.outFolder, "Folder for every file of the run, made when absent")
         ->type_name("DIR");
     command
@@ -304,6 +302,7 @@ void addPlanArguments(CLI::App& command, PlanOptions& options) {
 
 void addRunArguments(CLI::App& command, RunOptions& options) {
     addFiles(command, options);
+    addImportArguments(command, options.import);
     addPlanArguments(command, options);
 }
 

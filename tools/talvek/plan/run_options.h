@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "talvek.h"
+#include "talvek/formats/import_mesh.h"
 #include "talvek/plan/epoch_table.h"
 
 namespace CLI {  // NOLINT(readability-identifier-naming): the name that the library gave it
@@ -59,6 +60,7 @@ struct FrameChoice {
 
 struct RunOptions : PlanOptions {
     std::string mesh;
+    ImportOptions import;
     /// Where everything goes; empty for beside the mesh.
     std::string outFolder;
     FrameChoice frames;

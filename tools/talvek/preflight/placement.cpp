@@ -7,7 +7,9 @@
 
 #include "base/output_file.h"
 #include "base/system.h"
+#include "talvek/formats/engine_mesh.h"
 #include "talvek/support/exit_status.h"
+#include "talvek/support/messages.h"
 #include "talvek/support/paths.h"
 #include "talvek/support/same_file.h"
 #include "talvek/support/sha256.h"
@@ -42,8 +44,13 @@ void copyFile(const std::string& from, const std::string& to) {
 
 }  // namespace
 
-void requireFreePlace(const RunFiles& files, bool force) {
-    if (force || files.mesh == files.source || !isThere(files.mesh) || isSameFile(files.mesh, files.source)) {
+void requireFreePlace(const PreparedRun& run, bool force) {
+    const RunFiles& files = run.files;
+    if (run.isMeshMade && !force) {
+        requireReplaceableEngineMesh(files.mesh);
+    }
+    if (force || run.isMeshMade || files.mesh == files.source || !isThere(files.mesh) ||
+        isSameFile(files.mesh, files.source)) {
         return;
     }
     if (sumOf(files.mesh).sha256 != sumOf(files.source).sha256) {
@@ -73,7 +80,10 @@ void makeFolder(const RunFiles& files) {
 }
 
 void placeInputs(const PreparedRun& run) {
-    if (run.files.mesh != run.files.source && !isSameFile(run.files.mesh, run.files.source)) {
+    if (run.isMeshMade) {
+        writeEngineMesh(*run.mesh, run.files.mesh);
+        say("mesh for the simulation: " + run.files.mesh);
+    } else if (run.files.mesh != run.files.source && !isSameFile(run.files.mesh, run.files.source)) {
         copyFile(run.files.source, run.files.mesh);
     }
     if (run.map) {

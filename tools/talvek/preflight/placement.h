@@ -8,7 +8,7 @@
 namespace talvek::host {
 
 /// Throws Failure where the mesh would take the place of another file, unless `force` is set.
-void requireFreePlace(const RunFiles& files, bool force);
+void requireFreePlace(const PreparedRun& run, bool force);
 
 /// Throws Failure where --save-config would take the place of a file that it has not written, unless --force is given.
 void requireReplaceableParameters(const RunOptions& options, const RunFiles& files);

@@ -3,10 +3,10 @@
 #include <memory>
 #include <utility>
 
-#include "talvek/formats/mesh_file.h"
+#include "talvek/plan/import_arguments.h"
 #include "talvek/preflight/crust_warning.h"
 #include "talvek/preflight/log_check.h"
-#include "talvek/preflight/mesh_intake.h"
+#include "talvek/preflight/mesh_loss.h"
 #include "talvek/preflight/movement_check.h"
 #include "talvek/preflight/movement_warnings.h"
 #include "talvek/preflight/option_check.h"
@@ -21,24 +21,24 @@
 namespace talvek::host {
 
 PreparedRun prepareRun(const RunOptions& options, const SessionPlan& plan) {
+    requireDefinedPair(plan, options);
+    requirePossibleValues(plan);
+    EngineMesh engine = takeMesh(options.mesh, options.import, options.acceptsLoss);
     PreparedRun run;
-    run.files = filesOfRun(options);
+    run.files = filesOfRun(options, engine.isSource);
+    run.isMeshMade = !engine.isSource;
+    run.place = engine.loaded.place;
+    printImport(options.mesh, engine.loaded);
     run.plan = plan;
     run.keepInputFrame = options.keepInputFrame;
     run.frames = options.frames;
-    requireDefinedPair(plan, options);
-    requirePossibleValues(plan);
     requireFreeLog(options, run.files, plan.numEpochs());
     requireReplaceableParameters(options, run.files);
-    if (lowerCaseExtension(options.mesh) == ".ply") {
-        throw Failure(kExitMesh,
-                      options.mesh + ": the simulation does not read PLY files; talvek convert makes an OBJ of it");
-    }
-    std::shared_ptr<const Object3D> mesh = takeMesh(options.mesh, options.acceptsLoss);
+    std::shared_ptr<const Object3D> mesh = std::move(engine.loaded.mesh);
     requireSuitableMesh(plan, *mesh, run.files);
     requireFiniteDeltas(plan);
     run.map = requireMineralMap(plan, options, run.files);
-    requireFreePlace(run.files, options.force);
+    requireFreePlace(run, options.force);
     run.mesh = std::move(mesh);
     requireRoom(run);
     requireBoundedOutput(run, options.mostOutput);

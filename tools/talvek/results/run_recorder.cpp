@@ -46,6 +46,8 @@ bool isThere(const std::string& name) {
 RunRecorder::RunRecorder(const PreparedRun& run, const RunOptions& options) : run_(run) {
     record_.program = programVersion();
     record_.begun = now();
+    record_.unit = lengthUnitName(run.place.unit);
+    record_.offset = run.place.offset;
     record_.mode = run.plan.mode;
     record_.model = run.plan.model;
     record_.material = run.plan.material.values;

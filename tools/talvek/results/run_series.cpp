@@ -129,7 +129,7 @@ void RunSeries::takeRecord(const RunRecord& record, const std::string& path) {
     model_ = mode_ != nullptr ? weatheringModel(*mode_, record.model) : nullptr;
     density_ = mode_ != nullptr && !mode_->isOffsetting ? std::optional(record.material[kDensity]) : std::nullopt;
     offset_ = record.offset;
-    unit_ = millimetresOfUnit(record.unit).value_or(1);
+    unit_ = lengthUnit(record.unit).value_or(1);
     surfaces_.push_back({0, 0, std::nullopt, nameOfFile(record.firstSurface), std::nullopt, ""});
     for (const RecordedEpoch& epoch : record.epochs) {
         const SeriesSurface& before = surfaces_.back();

@@ -1,7 +1,7 @@
-#include "talvek/preflight/mesh_intake.h"
+#include "talvek/preflight/mesh_loss.h"
 
-#include "talvek/formats/mesh_file.h"
-#include "talvek/inspect/native_mesh.h"
+#include <utility>
+
 #include "talvek/support/exit_status.h"
 #include "talvek/support/messages.h"
 
@@ -21,24 +21,20 @@ std::string lossText(const Findings& findings) {
 
 }  // namespace
 
-std::unique_ptr<Object3D> takeMesh(const std::string& path, bool acceptsLoss) {
-    if (!isNativeName(path)) {
-        return readMesh(path);
+EngineMesh takeMesh(const std::string& path, const ImportOptions& options, bool acceptsLoss) {
+    InspectedMesh inspected = inspectMesh(path, options);
+    if (inspected.engine.loaded.mesh == nullptr) {
+        throw Failure(kExitMesh,
+                      path + ": the mesh does not load: " + inspected.findings.first(Severity::kFatal)->text);
     }
-    requireReadable(path);
-    Findings findings;
-    std::unique_ptr<Object3D> mesh = inspectNativeMesh(path, findings);
-    if (mesh == nullptr) {
-        throw Failure(kExitMesh, path + ": the mesh does not load: " + findings.first(Severity::kFatal)->text);
-    }
-    const std::string loss = lossText(findings);
+    const std::string loss = lossText(inspected.findings);
     if (!loss.empty() && !acceptsLoss) {
         throw Failure(kExitRefused, path + ": " + loss + "; --accept-loss weathers what is left");
     }
     if (!loss.empty()) {
         printWarning(path + ": " + loss);
     }
-    return mesh;
+    return std::move(inspected.engine);
 }
 
 }  // namespace talvek::host
