@@ -105,13 +105,13 @@ void writeFolder(Job& job, const std::string& extension, SurfaceWriter write) {
     std::vector<TimedFile> index;
     for (const SeriesSurface& surface : job.series.surfaces()) {
         const std::string name = surfaceName(job.series, surface, extension);
-        paths.push_back(nameOf(pathOf(job.request.target) / pathOf(name)));
+        paths.push_back(fileIn(job.request.target, name));
         index.push_back({job.timeOf(surface), name});
     }
     writeSurfaces(job, job.series.surfaces(), write, paths);
     if (extension == ".vtp") {
-        const std::string pvd = nameOf(pathOf(job.request.target) / "run.pvd");
-        const std::string series = nameOf(pathOf(job.request.target) / "run.vtp.series");
+        const std::string pvd = fileIn(job.request.target, "run.pvd");
+        const std::string series = fileIn(job.request.target, "run.vtp.series");
         writePvd(index, pvd);
         writeVtpSeries(index, series);
         job.report.files.insert(job.report.files.end(), {pvd, series});

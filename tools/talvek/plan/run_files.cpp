@@ -37,9 +37,7 @@ RunFiles filesOfRun(const RunOptions& options, bool isSourceRead) {
     if (options.outFolder.empty()) {
         return {options.mesh, name, false};
     }
-    const char last = options.outFolder.back();
-    const std::string separator = last == '/' || last == '\\' ? "" : "/";
-    return {options.mesh, options.outFolder + separator + nameOf(pathOf(name).filename()), true};
+    return {options.mesh, fileIn(options.outFolder, nameOf(pathOf(name).filename())), true};
 }
 
 std::vector<std::string> outputFiles(const RunFiles& files, std::int32_t epochs, bool withInputFrame) {

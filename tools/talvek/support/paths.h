@@ -24,4 +24,11 @@ inline std::string nameOf(const std::filesystem::path& path) {
 #endif
 }
 
+/// The name of a file in a folder, divided as the user would write it on every platform.
+inline std::string fileIn(const std::string& folder, const std::string& name) {
+    const bool isDivided =
+        folder.ends_with('/') || folder.ends_with(static_cast<char>(std::filesystem::path::preferred_separator));
+    return folder + (isDivided ? "" : "/") + name;
+}
+
 }  // namespace talvek::host
