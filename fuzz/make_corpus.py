@@ -1,6 +1,9 @@
 #!/usr/bin/env python3
 """Writes the seeds of the fuzz targets: a few small files of each format, every section of it in at least one."""
+import base64
+import gzip
 import struct
+import zlib
 from pathlib import Path
 
 CORPUS = Path(__file__).parent / "corpus"
@@ -129,6 +132,75 @@ SEEDS = {
         + bytes([0, 2]),
         "texts": bytes([34, 1, 35, 5]) + b"50%%\n" + bytes([1, 33, 1]) + floats(*([1.5] * 9)) + bytes([0, 1]),
     },
+}
+
+
+def ply_file(encoding):
+    head = (f"ply\nformat {encoding} 1.0\ncomment TextureFile a.png\nelement vertex 3\nproperty double x\n"
+            "property float y\nproperty float z\nproperty uchar red\nproperty uchar green\nproperty uchar blue\n"
+            "element face 1\nproperty list uchar int vertex_indices\nproperty list uchar float texcoord\n"
+            "property int texnumber\nelement mark 1\nproperty list short uint spare\nend_header\n").encode()
+    points = [(0, 0, 0), (1, 0, 0), (0, 1, 0)]
+    if encoding == "ascii":
+        rows = "".join(f"{x} {y} {z} 255 0 9\n" for x, y, z in points)
+        return head + (rows + "3 0 1 2 6 0 0 1 0 0 1 0\n2 7 8\n").encode()
+    order = "<" if "little" in encoding else ">"
+    body = b"".join(struct.pack(order + "dffBBB", *point, 255, 0, 9) for point in points)
+    return head + body + struct.pack(order + "B3iB6fihII", 3, 0, 1, 2, 6, 0, 0, 1, 0, 0, 1, 0, 2, 7, 8)
+
+
+def stl_file():
+    triangle = floats(0, 0, 1, 0, 0, 0, 1, 0, 0, 0, 1, 0) + b"\0\0"
+    return b"solid".ljust(80) + ints(2) + 2 * triangle
+
+
+STL_TEXT = ("solid a\nfacet normal 0 0 1\nouter loop\nvertex 0 0 0\nvertex 1 0 0\nvertex 1 1 0\nvertex 0 1 0\nendloop\n"
+            "endfacet\nendsolid a\n")
+OFF_TEXT = ("STCOFF\n5 2 0\n0 0 0 1 0 0 0 0\n1 0 0 255 0 9 1 0\n1 1 0 0 0 0 1 1\n0.3 0.5 0 0 0 0 0 1\n0 1 0 0 0 0 0 1\n"
+            "5 0 1 2 3 4\n3 0 1 2 9 9 9\n")
+WAVEFRONT = ("mtllib a.mtl\nv 0 0 0\nv 1 0 0 0.5 0 1\nv 1 1 0\nv 0.3 0.5 0\nv 0 1 0\nvt 0 0\nvt 1 0\nusemtl a\n"
+             "f -5/1 -4/2 -3 -2 \\\n-1\nf 1//1 2/2/1 3\nl 1 2\n")
+
+
+def gltf_text(buffer):
+    return ('{"asset":{"version":"2.0"},"scenes":[{"nodes":[0]}],"nodes":[{"children":[1],"scale":[2,2,-2]},{"mesh":0,'
+            '"translation":[1,0,0]}],"meshes":[{"primitives":[{"mode":5,"attributes":{"POSITION":0,"TEXCOORD_0":1},'
+            '"indices":2}]}],"accessors":[{"bufferView":0,"componentType":5126,"count":3,"type":"VEC3"},{"bufferView":0,'
+            '"componentType":5121,"normalized":true,"count":3,"type":"VEC2"},{"bufferView":1,"componentType":5123,"count":3,'
+            '"type":"SCALAR"}],"bufferViews":[{"buffer":0,"byteLength":36},{"buffer":0,"byteOffset":36,"byteLength":6}],'
+            f'"buffers":[{{"byteLength":42{buffer}}}]}}')
+
+
+GLTF_BYTES = floats(0, 0, 0, 1, 0, 0, 0, 1, 0) + struct.pack("<3H", 0, 1, 2)
+
+
+def glb_file():
+    text = gltf_text("").encode()
+    text += b" " * (-len(text) % 4)
+    data = GLTF_BYTES + b"\0" * (-len(GLTF_BYTES) % 4)
+    return (b"glTF" + ints(2, 28 + len(text) + len(data)) + ints(len(text)) + b"JSON" + text + ints(len(data)) + b"BIN\0"
+            + data)
+
+
+def png_file():
+    def chunk(kind, data):
+        return struct.pack(">I", len(data)) + kind + data + struct.pack(">I", zlib.crc32(kind + data))
+
+    rows = b"".join(b"\0" + bytes([255, 255, 255, 128, 128, 128]) for _ in range(2))
+    return (b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", struct.pack(">IIBBBBB", 2, 2, 8, 2, 0, 0, 0))
+            + chunk(b"IDAT", zlib.compress(rows)) + chunk(b"IEND", b""))
+
+
+SEEDS |= {
+    "ply": {name: ply_file(name) for name in ("ascii", "binary_little_endian", "binary_big_endian")},
+    "stl": {"bytes": stl_file(), "text": STL_TEXT},
+    "off": {"colours": OFF_TEXT, "plain": "OFF 3 1 0\n0 0 0\n1 0 0\n0 1 0\n3 0 1 2\n"},
+    "wavefront": {"polygons": WAVEFRONT},
+    "glb": {"strip": glb_file()},
+    "gltf": {"embedded": gltf_text(',"uri":"data:;base64,' + base64.b64encode(GLTF_BYTES).decode() + '"')},
+    "gzip": {"off": gzip.compress(OFF_TEXT.encode(), mtime=0), "two": gzip.compress(OFF_TEXT[:9].encode(), mtime=0)
+             + gzip.compress(OFF_TEXT[9:].encode(), mtime=0)},
+    "png": {"colours": png_file()},
 }
 
 

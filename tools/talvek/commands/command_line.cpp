@@ -10,6 +10,7 @@
 
 #include "base/system.h"
 #include "talvek/commands/check_command.h"
+#include "talvek/commands/clean_command.h"
 #include "talvek/commands/command_set.h"
 #include "talvek/commands/compare_command.h"
 #include "talvek/commands/convert_command.h"
@@ -39,6 +40,7 @@ class Program {
         addCheckCommand(commands_);
         addInfoCommand(commands_);
         addConvertCommand(commands_);
+        addCleanCommand(commands_);
         addPictureCommand(commands_);
         addResultsCommand(commands_);
         addCompareCommand(commands_);

@@ -103,7 +103,7 @@ void requireReplaceableEngineMesh(const std::string& path) {
     std::int32_t counts[2] = {};
     const bool isCounted = file.read(counts, sizeof counts) == sizeof counts;
     fromLittleEndianInPlace(counts, 2);
-    const std::int64_t before = sizeof counts + 12 * (std::int64_t{counts[0]} + counts[1]);
+    const std::int64_t before = std::int64_t{sizeof counts} + 12 * (std::int64_t{counts[0]} + counts[1]);
     std::string block;
     if (isCounted && counts[0] >= 0 && counts[1] >= 0) {
         block = readAt(path, before, kLabel.size());

@@ -88,7 +88,10 @@ std::unique_ptr<Object3D> readNativeMesh(const std::string& path) {
 }
 
 LoadedMesh loadMesh(const std::string& path, const ImportOptions& options) {
-    ImportedMesh imported = importMesh(path, options);
+    return completeMesh(importMesh(path, options));
+}
+
+LoadedMesh completeMesh(ImportedMesh&& imported) {
     LoadedMesh loaded{.mesh = nullptr, .notes = importNotes(imported), .place = imported.place};
     loaded.mesh = narrowMesh(std::move(imported));
     loaded.mesh->updateNormals(true);

@@ -38,6 +38,9 @@ struct LoadedMesh {
     MeshPlace place;
 };
 
+/// Narrows a mesh and computes its normals.
+LoadedMesh completeMesh(ImportedMesh&& imported);
+
 /// Reads and completes a mesh of any format. Throws Failure with the reason when there is none.
 LoadedMesh loadMesh(const std::string& path, const ImportOptions& options);
 

@@ -1,5 +1,7 @@
 #include "talvek/mineral_map/picture.h"
 
+#include <cstdint>
+#include <cstdlib>
 #include <limits>
 #include <memory>
 
@@ -40,6 +42,25 @@ void requireIntactPicture(std::string_view bytes, const std::string& name) {
                                                      : ": this kind of bitmap is not read; save the map as PNG"));
 }
 
+/// A drawn map shrinks to a hundredth. What expands a thousandfold is blank, and would fill memory and disk from a
+/// small file.
+void requireProportion(std::string_view bytes, const std::string& name) {
+    constexpr std::uint64_t kLargestExpansion = 1000;
+    constexpr std::uint64_t kFreeSize = 32 << 20;
+    int width = 0;
+    int height = 0;
+    int channels = 0;
+    const bool isKnown = stbi_info_from_memory(reinterpret_cast<const stbi_uc*>(bytes.data()),
+                                               static_cast<int>(bytes.size()), &width, &height, &channels) != 0;
+    const std::uint64_t size =
+        kColours * static_cast<std::uint64_t>(width) * static_cast<std::uint64_t>(std::abs(height));
+    if (isKnown && size > kFreeSize + kLargestExpansion * bytes.size()) {
+        throw Failure(kExitRefused, name + ": a picture of " + std::to_string(width) + " x " + std::to_string(height) +
+                                        " pixels in " + std::to_string(bytes.size()) +
+                                        " bytes is blank; if it is a map, scale it down");
+    }
+}
+
 }  // namespace
 
 Picture decodePicture(std::string_view bytes, const std::string& name) {
@@ -47,6 +68,7 @@ Picture decodePicture(std::string_view bytes, const std::string& name) {
     if (bytes.size() > std::numeric_limits<int>::max()) {
         refuseTooLarge(name);
     }
+    requireProportion(bytes, name);
     Picture picture;
     int channels = 0;
     const Pixels pixels(
