@@ -27,7 +27,7 @@ enum BufferTarget : std::uint16_t { kVertexBuffer = 34962, kIndexBuffer = 34963 
 
 /// The surfaces between the first one and the last, evenly chosen where there are too many.
 std::vector<SeriesSurface> keySurfaces(const RunSeries& series) {
-    const std::vector<SeriesSurface> all(series.surfaces().begin() + 1, series.surfaces().end());
+    std::vector<SeriesSurface> all(series.surfaces().begin() + 1, series.surfaces().end());
     if (all.size() <= kMostKeyFrames) {
         return all;
     }

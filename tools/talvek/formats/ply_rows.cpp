@@ -51,7 +51,7 @@ std::string_view withoutBlanks(std::string_view text) {
 }
 
 /// No face of a scan has more corners, and every one costs fifty times its bytes to divide.
-constexpr std::size_t kLongestList = 2 * 65536;
+constexpr std::size_t kLongestList = std::size_t{2} * 65536;
 
 }  // namespace
 
