@@ -2,6 +2,8 @@
 #include "talvek/formats/engine_mesh.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstdint>
 #include <cstring>
 #include <string_view>
 
@@ -49,8 +51,10 @@ bool isSameTexture(const Object3D& a, const Object3D& b) {
     for (std::size_t corner = 0; corner < a.faceSpan().size(); ++corner) {
         const float* of = texelOf(a, corner);
         const float* other = texelOf(b, corner);
-        const bool isSame =
-            of == nullptr || other == nullptr ? of == other : std::memcmp(of, other, 2 * sizeof *of) == 0;
+        const bool isSame = of == nullptr || other == nullptr
+                                ? of == other
+                                : std::bit_cast<std::uint32_t>(of[0]) == std::bit_cast<std::uint32_t>(other[0]) &&
+                                      std::bit_cast<std::uint32_t>(of[1]) == std::bit_cast<std::uint32_t>(other[1]);
         if (!isSame) {
             return false;
         }

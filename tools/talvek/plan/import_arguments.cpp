@@ -56,9 +56,13 @@ std::string meshArgumentText(const std::string& purpose) {
     return purpose + ": " + readExtensions("or") + "; .ply.gz and the like";
 }
 
+static std::string sentenceOf(const std::string& path, const std::string& note) {
+    return path + ": " + note;
+}
+
 void printImport(const std::string& path, const LoadedMesh& loaded) {
     for (const std::string& note : loaded.notes) {
-        say(path + ": " + note);
+        say(sentenceOf(path, note));
     }
     const MeshPlace& place = loaded.place;
     if (place.unit != 1) {

@@ -128,6 +128,10 @@ void requireNoOtherEpochs(const SessionPlan& plan, const PlanOptions& options) {
     }
 }
 
+[[noreturn]] void refuseGivenTwice(const std::string& table, const std::string& name) {
+    throw Failure(kExitUsage, table + " has a column for " + name + ", and --" + name + " gives it too; leave one out");
+}
+
 /// Values that the table has no column for come from the options, or are the default ones.
 void takeTable(SessionPlan& plan, const PlanOptions& options) {
     requireNoOtherEpochs(plan, options);
@@ -137,8 +141,7 @@ void takeTable(SessionPlan& plan, const PlanOptions& options) {
         const std::string name = kEnvironmentOptions[slot] + 2;
         const bool isOption = !options.environment[slot].empty();
         if (table.isGiven[slot] && isOption) {
-            throw Failure(kExitUsage, options.epochTable + " has a column for " + name + ", and --" + name +
-                                          " gives it too; leave one out");
+            refuseGivenTwice(options.epochTable, name);
         }
         if (!table.isGiven[slot] && !isOption) {
             printWarning(options.epochTable + ": there is no column for " + name + "; every epoch takes " +

@@ -12,7 +12,7 @@ namespace talvek::host {
 
 namespace fs = std::filesystem;
 
-RunFiles::RunFiles(std::string meshName) : RunFiles(meshName, meshName, false) {}
+RunFiles::RunFiles(const std::string& meshName) : RunFiles(meshName, meshName, false) {}
 
 RunFiles::RunFiles(std::string sourceName, std::string meshName, bool hasOwnFolder)
     : source(std::move(sourceName)), mesh(std::move(meshName)) {

@@ -13,7 +13,7 @@ struct RunOptions;
 struct RunFiles {
     RunFiles() = default;
     /// Every file stands beside the mesh.
-    explicit RunFiles(std::string meshName);
+    explicit RunFiles(const std::string& meshName);
     /// Every file stands beside the library's mesh. With `hasOwnFolder` the folder is the run's alone.
     RunFiles(std::string sourceName, std::string meshName, bool hasOwnFolder);
 
