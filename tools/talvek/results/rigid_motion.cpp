@@ -113,6 +113,7 @@ std::vector<Pair> pairUp(const FaceTree& surface, std::span<const Vector> places
 /// Leaves those that lie near enough.
 void dropFar(std::vector<Pair>& pairs) {
     std::vector<double> distances;
+    distances.reserve(pairs.size());
     for (const Pair& pair : pairs) {
         distances.push_back(pair.nearest.squaredDistance);
     }
