@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <cstdio>
 
 #include "talvek/support/messages.h"
@@ -93,8 +94,10 @@ double ChangeScale::tickStep() const {
 std::vector<double> ChangeScale::ticks() const {
     const double step = tickStep();
     std::vector<double> ticks;
-    for (double n = std::ceil(range_.from / step - 1e-6); n <= range_.to / step + 1e-6; ++n) {
-        ticks.push_back(n * step);
+    const auto first = static_cast<std::int64_t>(std::ceil(range_.from / step - 1e-6));
+    const auto last = static_cast<std::int64_t>(std::floor(range_.to / step + 1e-6));
+    for (std::int64_t n = first; n <= last; ++n) {
+        ticks.push_back(static_cast<double>(n) * step);
     }
     return ticks;
 }
