@@ -172,7 +172,7 @@ void GltfFile::readBuffers() {
         const Json uri = buffer.is_object() ? buffer.value("uri", Json()) : Json();
         std::string bytes = uri.is_string()
                                 ? bytesOf(uri.get_ref<const std::string&>(), static_cast<std::uint64_t>(size))
-                            : buffers_.empty() ? std::move(ownBytes_)
+                            : buffers_.empty() ? std::exchange(ownBytes_, {})
                                                : "";
         if (bytes.size() < static_cast<std::uint64_t>(size)) {
             fail("buffer " + std::to_string(buffers_.size()) + " has " + std::to_string(bytes.size()) + " bytes of " +
